@@ -1,0 +1,61 @@
+#include "file_copy.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include "ui_port.h"
+
+namespace sonorit {
+
+bool copyBlocks(QIODevice& in, QIODevice& out, qint64 count)
+{
+    char buffer[4096];
+    qint64 block = 4096;
+    while (count > 0) {
+        while (block > count)
+            block /= 2;
+        if (in.read(buffer, block) != block)
+            return false;
+        if (out.write(buffer, block) != block)
+            return false;
+        count -= block;
+    }
+    return true;
+}
+
+bool copyFileKeepingTime(const QString& source, const QString& target)
+{
+    QFile in(source);
+    if (!in.open(QIODevice::ReadOnly))
+        return false;
+    const QDateTime modified = QFileInfo(in).lastModified();
+    QSaveFile out(target);
+    if (!out.open(QIODevice::WriteOnly))
+        return false;
+    if (!copyBlocks(in, out, in.size())) {
+        out.cancelWriting();
+        return false;
+    }
+    if (!out.commit())
+        return false;
+    QFile done(target);
+    if (done.open(QIODevice::ReadWrite))
+        done.setFileTime(modified, QFileDevice::FileModificationTime);
+    return true;
+}
+
+bool deleteUntilGone(const QString& path, UiPort* ui, int attempts)
+{
+    for (int i = 0; attempts == 0 || i < attempts; ++i) {
+        if (!QFileInfo::exists(path) && !QFileInfo(path).isSymLink())
+            return true;
+        if (QFile::remove(path))
+            return true;
+        if (ui)
+            ui->yield();
+    }
+    return !QFileInfo::exists(path);
+}
+
+}  // namespace sonorit

@@ -1,0 +1,1 @@
+// placeholder until the first tag sources land

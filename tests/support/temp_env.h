@@ -1,0 +1,28 @@
+#pragma once
+// A private HOME with its XDG folders for one test, so that settings, data
+// folder and the music folder never touch the real user's files.
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+#include "shell/app_paths.h"
+
+namespace sonorit::test {
+
+class TempEnv {
+public:
+    TempEnv();
+    ~TempEnv();
+    QString root() const { return dir_.path(); }
+    QString path(const QString& rel) const { return dir_.path() + QLatin1Char('/') + rel; }
+    AppPaths paths() const;  // AppPaths for this environment, folders created
+
+private:
+    QTemporaryDir dir_;
+    QByteArray oldHome_, oldData_, oldConfig_, oldRuntime_;
+};
+
+QByteArray readFile(const QString& path);
+void writeFile(const QString& path, const QByteArray& bytes);
+
+}  // namespace sonorit::test
