@@ -1,0 +1,59 @@
+#include "cli_context.h"
+
+#include <cstdio>
+
+namespace sonorit::cli {
+
+namespace {
+std::vector<CommandEntry>& table()
+{
+    static std::vector<CommandEntry> entries;
+    return entries;
+}
+
+void write(FILE* f, const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), f);
+}
+}  // namespace
+
+CliCommand::CliCommand(const char* verb, const char* usage, CommandFn run)
+{
+    table().push_back({QLatin1String(verb), QLatin1String(usage), std::move(run)});
+}
+
+const std::vector<CommandEntry>& commands()
+{
+    return table();
+}
+
+void out(const QString& text) { write(stdout, text); }
+void err(const QString& text) { write(stderr, text); }
+
+void reportError(const QString& text)
+{
+    err(QStringLiteral("{\"error\":") + jsonString(text) + QStringLiteral("}\n"));
+}
+
+void printRows(const TrackList& list)
+{
+    QString text;
+    for (int i = 0; i < list.count(); ++i) {
+        const TrackRow& row = list.row(i);
+        for (int col = 0; col < TrackColumnCount; ++col) {
+            if (col)
+                text += QLatin1Char('\t');
+            text += row[col];
+        }
+        text += QLatin1Char('\n');
+        if (text.size() > 1 << 16) {
+            out(text);
+            text.clear();
+        }
+    }
+    out(text);
+    fflush(stdout);
+}
+
+}  // namespace sonorit::cli

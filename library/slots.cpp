@@ -1,0 +1,108 @@
+#include "slots.h"
+
+#include <QSaveFile>
+
+#include "library/trackfile.h"
+#include "shell/app_state.h"
+#include "shell/helpers.h"
+#include "shell/ini_file.h"
+#include "shell/ui_port.h"
+
+namespace sonorit {
+
+namespace {
+const QString kGeneral = QStringLiteral("GENERAL");
+}
+
+QByteArray Encode_IDfile(const std::vector<std::int32_t>& ids)
+{
+    QByteArray out;
+    out.reserve(static_cast<int>(ids.size() * 4));
+    for (const std::int32_t id : ids) {
+        const auto v = static_cast<std::uint32_t>(id);
+        out.append(char(v)).append(char(v >> 8)).append(char(v >> 16)).append(char(v >> 24));
+    }
+    return out;
+}
+
+bool Write_IDfile(LibraryContext& c)
+{
+    QSaveFile f(c.app.IDfile);
+    const QByteArray bytes = Encode_IDfile(c.lib.Free_IDs);
+    if (!f.open(QIODevice::WriteOnly) || c.lib.failAt("idfile") || f.write(bytes) != bytes.size()) {
+        f.cancelWriting();
+        return false;
+    }
+    return f.commit();
+}
+
+bool Write_ID_Count(LibraryContext& c)
+{
+    return WritePrivateProfileString(kGeneral, QStringLiteral("ID_COUNT"), QString::number(c.lib.ID_COUNT),
+                                     c.app.Library_File);
+}
+
+bool Write_Album_Count(LibraryContext& c)
+{
+    return WritePrivateProfileString(kGeneral, QStringLiteral("ALBUM_COUNT"),
+                                     QString::number(c.lib.MP3_List.count()), c.app.Library_File);
+}
+
+QString Get_ID(LibraryContext& c)
+{
+    std::vector<std::int32_t>& ids = c.lib.Free_IDs;
+    if (ids.empty()) {
+        ++c.lib.ID_COUNT;
+        Write_ID_Count(c);
+        return QStringLiteral("TRACK ") + QString::number(c.lib.ID_COUNT);
+    }
+    // The smallest free ID goes last, so the lowest slot is reused first.
+    for (size_t i = ids.size() - 1; i-- > 0;) {
+        if (ids.back() > ids[i])
+            std::swap(ids.back(), ids[i]);
+    }
+    if (ids.back() == 0) {
+        // An IDfile shorter than its count read as zeros: issue a new slot.
+        ++c.lib.ID_COUNT;
+        ids.back() = c.lib.ID_COUNT;
+        Write_ID_Count(c);
+    }
+    const std::int32_t id = ids.back();
+    ids.pop_back();
+    Write_IDfile(c);
+    return QStringLiteral("TRACK ") + QString::number(id);
+}
+
+int Track_ID_Of(const QString& idColumn)
+{
+    return static_cast<int>(Val(idColumn.mid(6)));
+}
+
+void Remove_Track_Row(LibraryContext& c, int row)
+{
+    const int id = Track_ID_Of(c.lib.MP3_List.field(row, ColID));
+    bool done = false;
+    for (int attempt = 0; attempt < 5 && !done; ++attempt) {
+        if (attempt)
+            c.ui.yield();
+        if (id != c.lib.ID_COUNT) {
+            done = Blank_Track_Record(c, id);
+            if (done) {
+                c.lib.Free_IDs.push_back(id);
+                Write_IDfile(c);
+            }
+        } else {
+            done = Truncate_At_Track_Record(c, id);
+            if (done) {
+                --c.lib.ID_COUNT;
+                Write_ID_Count(c);
+            }
+        }
+    }
+    if (!done)
+        return;
+    c.lib.MP3_List.removeAt(row);
+    Write_Album_Count(c);
+}
+
+}  // namespace sonorit

@@ -1,0 +1,26 @@
+#pragma once
+// Track IDs: a track's ID is its slot in the Trackfile. Free slots are kept in
+// the IDfile, a plain sequence of 4-byte little-endian integers, and handed
+// out again lowest first.
+#include <QByteArray>
+#include <QString>
+#include <cstdint>
+#include <vector>
+
+#include "library/library_state.h"
+
+namespace sonorit {
+
+QByteArray Encode_IDfile(const std::vector<std::int32_t>& ids);
+bool Write_IDfile(LibraryContext& c);
+bool Write_ID_Count(LibraryContext& c);
+bool Write_Album_Count(LibraryContext& c);
+
+// "TRACK " followed by the ID handed out.
+QString Get_ID(LibraryContext& c);
+// Takes a track's record and row out of the library.
+void Remove_Track_Row(LibraryContext& c, int row);
+// The number in an "ID" column ("TRACK 37" gives 37).
+int Track_ID_Of(const QString& idColumn);
+
+}  // namespace sonorit

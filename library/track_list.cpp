@@ -1,0 +1,133 @@
+#include "track_list.h"
+
+#include <algorithm>
+
+namespace sonorit {
+
+const std::array<QString, TrackColumnCount>& trackColumnCaptions()
+{
+    static const std::array<QString, TrackColumnCount> captions = {
+        QStringLiteral("Artist"), QStringLiteral("Album"), QStringLiteral("Track"), QStringLiteral("Title"),
+        QStringLiteral("Time"), QStringLiteral("Year"), QStringLiteral("Genre"), QStringLiteral("VA"),
+        QStringLiteral("Folder"), QStringLiteral("Filename"), QStringLiteral("ID"),
+        QStringLiteral("Last Changed"), QStringLiteral("Filelength")};
+    return captions;
+}
+
+void TrackList::notifyReset()
+{
+    if (bulk_ > 0) {
+        pendingReset_ = true;
+        return;
+    }
+    if (observer_)
+        observer_->listReset();
+}
+
+void TrackList::endBulk()
+{
+    if (bulk_ > 0 && --bulk_ == 0 && pendingReset_) {
+        pendingReset_ = false;
+        if (observer_)
+            observer_->listReset();
+    }
+}
+
+void TrackList::setField(int index, int column, const QString& value)
+{
+    rows_[static_cast<size_t>(index)][column] = value;
+    if (bulk_ > 0)
+        pendingReset_ = true;
+    else if (observer_)
+        observer_->rowChanged(index);
+}
+
+void TrackList::setRow(int index, const TrackRow& row)
+{
+    rows_[static_cast<size_t>(index)] = row;
+    if (bulk_ > 0)
+        pendingReset_ = true;
+    else if (observer_)
+        observer_->rowChanged(index);
+}
+
+void TrackList::insert(int index, TrackRow row)
+{
+    rows_.insert(rows_.begin() + index, std::move(row));
+    if (selected_ >= index)
+        ++selected_;
+    notifyReset();
+}
+
+void TrackList::append(TrackRow row)
+{
+    rows_.push_back(std::move(row));
+    notifyReset();
+}
+
+void TrackList::removeAt(int index)
+{
+    rows_.erase(rows_.begin() + index);
+    if (selected_ == index)
+        selected_ = -1;
+    else if (selected_ > index)
+        --selected_;
+    notifyReset();
+}
+
+void TrackList::clear()
+{
+    rows_.clear();
+    selected_ = -1;
+    notifyReset();
+}
+
+void TrackList::sortByColumn(int column, bool ascending)
+{
+    // The selection follows its row through the sort.
+    const TrackRow* keep = selected_ >= 0 ? &rows_[static_cast<size_t>(selected_)] : nullptr;
+    std::vector<int> order(rows_.size());
+    for (size_t i = 0; i < order.size(); ++i)
+        order[i] = static_cast<int>(i);
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+        const int c = QString::compare(rows_[static_cast<size_t>(a)][column], rows_[static_cast<size_t>(b)][column],
+                                       Qt::CaseInsensitive);
+        return ascending ? c < 0 : c > 0;
+    });
+    std::vector<TrackRow> sorted;
+    sorted.reserve(rows_.size());
+    int newSelected = -1;
+    for (size_t i = 0; i < order.size(); ++i) {
+        if (keep && &rows_[static_cast<size_t>(order[i])] == keep)
+            newSelected = static_cast<int>(i);
+        sorted.push_back(std::move(rows_[static_cast<size_t>(order[i])]));
+    }
+    rows_ = std::move(sorted);
+    selected_ = newSelected;
+    notifyReset();
+}
+
+void TrackList::select(int index)
+{
+    selected_ = (index >= 0 && index < count()) ? index : -1;
+    if (observer_ && bulk_ == 0)
+        observer_->selectionChanged(selected_);
+}
+
+void TrackList::setHidden(bool hidden)
+{
+    hidden_ = hidden;
+    if (observer_)
+        observer_->visibilityChanged(hidden);
+}
+
+int TrackList::find(int column, const QString& text) const
+{
+    for (int i = 0; i < count(); ++i) {
+        if (rows_[static_cast<size_t>(i)][column] == text)
+            return i;
+    }
+    return -1;
+}
+
+}  // namespace sonorit

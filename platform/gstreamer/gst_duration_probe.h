@@ -1,0 +1,20 @@
+#pragma once
+// The decoder's duration through GStreamer's discoverer, which prerolls the
+// file through the same decoders that playback uses.
+#include "tags/duration_port.h"
+
+namespace sonorit {
+
+class GstDurationProbe : public DurationProbe {
+public:
+    explicit GstDurationProbe(int timeoutSeconds = 10) : timeoutSeconds_(timeoutSeconds) {}
+    std::optional<double> durationSeconds(const QString& path) override;
+
+private:
+    int timeoutSeconds_;
+};
+
+// Initialises GStreamer once per process; false if it cannot run here.
+bool ensureGstreamer();
+
+}  // namespace sonorit

@@ -1,0 +1,26 @@
+#include "menus.h"
+
+namespace sonorit {
+
+MenuStates Update_Menus(const MenuInputs& in)
+{
+    MenuStates m;
+    for (const char* name : {"mnu_Library_New", "mnu_Library_Open", "mnu_Library_Delete", "mnu_Library_Exit",
+                             "mnu_PlayList_Open", "mnu_Extra_Options", "mnu_Extra_Filename_Tag"})
+        m.enabled[QLatin1String(name)] = true;
+    for (const char* name : {"mnu_Library_Move", "mnu_Library_Refresh", "mnu_Library_Sort", "mnu_Library_Backup",
+                             "mnu_Library_Print", "mnu_Library_Add", "mnu_Library_Remove", "mnu_Tracks_Copy",
+                             "mnu_Tracks_Delete", "mnu_Library_Relocate", "mnu_Library_Rename", "mnu_Extra_Search",
+                             "mnu_play", "mnu_add"})
+        m.enabled[QLatin1String(name)] = in.libraryOpen;
+    m.enabled[QStringLiteral("mnu_Library_Restore")] = in.libraryOpen && in.backupFolderSet;
+    m.chkDestLibraryEnabled = in.libraryOpen;
+    m.clearChkDestLibrary = !in.libraryOpen;
+    for (const char* name : {"mnu_PlayList_Save", "mnu_PlayList_Save_As", "mnu_PlayList_Export", "mnu_Track_Delete",
+                             "mnu_PlayList_Clear"})
+        m.enabled[QLatin1String(name)] = in.playlistCount > 0;
+    m.enabled[QStringLiteral("mnu_Extra_CD_Player")] = in.ripEnabled;
+    return m;
+}
+
+}  // namespace sonorit

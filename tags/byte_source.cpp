@@ -1,0 +1,86 @@
+#include "byte_source.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace sonorit {
+
+int ByteSource::byteAt(qint64 offset)
+{
+    char c;
+    return readAt(offset, &c, 1) == 1 ? static_cast<unsigned char>(c) : -1;
+}
+
+QByteArray ByteSource::bytesAt(qint64 offset, qint64 n)
+{
+    if (offset < 0 || n <= 0 || offset >= size())
+        return {};
+    n = std::min(n, size() - offset);
+    QByteArray out(n, Qt::Uninitialized);
+    out.truncate(readAt(offset, out.data(), n));
+    return out;
+}
+
+qint64 MemorySource::readAt(qint64 offset, char* dst, qint64 n)
+{
+    if (offset < 0 || n <= 0 || offset >= data_.size())
+        return 0;
+    n = std::min(n, data_.size() - offset);
+    std::memcpy(dst, data_.constData() + offset, n);
+    return n;
+}
+
+FileSource::FileSource(const QString& path) : file_(path)
+{
+    if (file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        size_ = file_.size();
+}
+
+bool FileSource::fill(qint64 blockStart)
+{
+    if (blockStart == cacheStart_)
+        return true;
+    cache_.resize(kBlock);
+    if (!file_.seek(blockStart)) {
+        cacheStart_ = -1;
+        return false;
+    }
+    const qint64 got = file_.read(cache_.data(), kBlock);
+    if (got < 0) {
+        cacheStart_ = -1;
+        return false;
+    }
+    cache_.truncate(got);
+    cacheStart_ = blockStart;
+    return true;
+}
+
+qint64 FileSource::readAt(qint64 offset, char* dst, qint64 n)
+{
+    if (!file_.isOpen() || offset < 0 || n <= 0 || offset >= size_)
+        return 0;
+    n = std::min(n, size_ - offset);
+    // Large reads (picture data) go straight to the file; they would only
+    // push the header bytes out of the cache.
+    if (n > kBlock) {
+        if (!file_.seek(offset))
+            return 0;
+        const qint64 got = file_.read(dst, n);
+        return got < 0 ? 0 : got;
+    }
+    qint64 done = 0;
+    while (done < n) {
+        const qint64 at = offset + done;
+        if (!fill(at - at % kBlock))
+            break;
+        const qint64 inBlock = at - cacheStart_;
+        if (inBlock >= cache_.size())
+            break;
+        const qint64 take = std::min(n - done, cache_.size() - inBlock);
+        std::memcpy(dst + done, cache_.constData() + inBlock, take);
+        done += take;
+    }
+    return done;
+}
+
+}  // namespace sonorit

@@ -1,0 +1,105 @@
+#include "mp3_maker.h"
+
+#include <QFile>
+#include <cmath>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <tuple>
+#include <vector>
+
+#include <lame/lame.h>
+
+namespace sonorit::test {
+
+bool Mp3Spec::operator<(const Mp3Spec& o) const
+{
+    return std::tie(seconds, sampleRate, channels, bitrateKbps, vbr, vbrQuality, writeXing, toneHz)
+        < std::tie(o.seconds, o.sampleRate, o.channels, o.bitrateKbps, o.vbr, o.vbrQuality, o.writeXing, o.toneHz);
+}
+
+namespace {
+
+using Lame = std::unique_ptr<lame_global_flags, decltype(&lame_close)>;
+
+Lame configuredEncoder(const Mp3Spec& spec)
+{
+    Lame gf(lame_init(), &lame_close);
+    if (!gf)
+        return gf;
+    lame_set_num_channels(gf.get(), spec.channels);
+    lame_set_mode(gf.get(), spec.channels == 1 ? MONO : JOINT_STEREO);
+    lame_set_in_samplerate(gf.get(), spec.sampleRate);
+    // Without this LAME resamples low-quality VBR to 32 kHz on its own.
+    lame_set_out_samplerate(gf.get(), spec.sampleRate);
+    lame_set_quality(gf.get(), 7);  // speed over fidelity: tests hear nothing
+    lame_set_write_id3tag_automatic(gf.get(), 0);
+    lame_set_bWriteVbrTag(gf.get(), spec.writeXing ? 1 : 0);
+    if (spec.vbr) {
+        lame_set_VBR(gf.get(), vbr_default);
+        lame_set_VBR_quality(gf.get(), static_cast<float>(spec.vbrQuality));
+        lame_set_VBR_max_bitrate_kbps(gf.get(), spec.bitrateKbps);
+    } else {
+        lame_set_VBR(gf.get(), vbr_off);
+        lame_set_brate(gf.get(), spec.bitrateKbps);
+    }
+    if (lame_init_params(gf.get()) < 0)
+        gf.reset();
+    return gf;
+}
+
+QByteArray encode(const Mp3Spec& spec)
+{
+    Lame gf = configuredEncoder(spec);
+    if (!gf)
+        return {};
+    const int samples = static_cast<int>(std::lround(spec.seconds * spec.sampleRate));
+    std::vector<short> tone(static_cast<size_t>(samples));
+    for (int i = 0; i < samples; ++i)
+        tone[i] = static_cast<short>(8000 * std::sin(2 * M_PI * spec.toneHz * i / spec.sampleRate));
+
+    QByteArray out;
+    std::vector<unsigned char> buffer(static_cast<size_t>(1.25 * samples + 7200));
+    // The same samples feed both channels; in mono LAME reads the left only.
+    const int n = lame_encode_buffer(gf.get(), tone.data(), tone.data(), samples, buffer.data(),
+                                     static_cast<int>(buffer.size()));
+    if (n < 0)
+        return {};
+    out.append(reinterpret_cast<const char*>(buffer.data()), n);
+    const int tail = lame_encode_flush(gf.get(), buffer.data(), static_cast<int>(buffer.size()));
+    if (tail < 0)
+        return {};
+    out.append(reinterpret_cast<const char*>(buffer.data()), tail);
+
+    if (spec.writeXing) {
+        // LAME reserved the first frame; its final content is known only now.
+        const size_t size = lame_get_lametag_frame(gf.get(), buffer.data(), buffer.size());
+        if (size == 0 || size > static_cast<size_t>(out.size()))
+            return {};
+        out.replace(qsizetype(0), static_cast<qsizetype>(size), reinterpret_cast<const char*>(buffer.data()),
+                    static_cast<qsizetype>(size));
+    }
+    return out;
+}
+
+}  // namespace
+
+QByteArray makeMp3(const Mp3Spec& spec)
+{
+    static std::mutex lock;
+    static std::map<Mp3Spec, QByteArray> cache;
+    std::lock_guard<std::mutex> guard(lock);
+    auto it = cache.find(spec);
+    if (it == cache.end())
+        it = cache.emplace(spec, encode(spec)).first;
+    return it->second;
+}
+
+bool writeMp3(const QString& path, const Mp3Spec& spec)
+{
+    const QByteArray bytes = makeMp3(spec);
+    QFile f(path);
+    return !bytes.isEmpty() && f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+}  // namespace sonorit::test

@@ -1,0 +1,28 @@
+#pragma once
+// Real MP3 audio for tests, encoded by LAME from a sine. Identical requests
+// are served from memory, so a test may ask for the same file many times.
+#include <QByteArray>
+#include <QString>
+
+namespace sonorit::test {
+
+struct Mp3Spec {
+    double seconds = 1;
+    int sampleRate = 44100;  // kept as it is: LAME may not resample
+    int channels = 2;
+    int bitrateKbps = 128;   // constant rate; with vbr the upper limit
+    bool vbr = false;
+    int vbrQuality = 4;      // 0 (best) to 9
+    bool writeXing = true;   // "Xing" (VBR) or "Info" (CBR) header in the first frame
+    double toneHz = 440;
+
+    bool operator<(const Mp3Spec& o) const;
+};
+
+// The encoded audio with no tag of any kind; empty if LAME refuses the spec.
+QByteArray makeMp3(const Mp3Spec& spec = {});
+
+// Writes makeMp3(spec) to `path`; false if the file could not be written.
+bool writeMp3(const QString& path, const Mp3Spec& spec = {});
+
+}  // namespace sonorit::test
