@@ -1,6 +1,7 @@
 #include "slots.h"
 
 #include <QSaveFile>
+#include <algorithm>
 
 #include "library/trackfile.h"
 #include "shell/app_state.h"
@@ -12,6 +13,7 @@ namespace sonorit {
 
 namespace {
 const QString kGeneral = QStringLiteral("GENERAL");
+constexpr int kMaxSlots = 32767;
 }
 
 QByteArray Encode_IDfile(const std::vector<std::int32_t>& ids)
@@ -51,6 +53,11 @@ bool Write_Album_Count(LibraryContext& c)
 QString Get_ID(LibraryContext& c)
 {
     std::vector<std::int32_t>& ids = c.lib.Free_IDs;
+    // Slot counts live in 16 bits, and a library whose ID_COUNT lies beyond
+    // them does not open any more: past the last slot no ID is handed out.
+    const bool newSlot = ids.empty() || *std::min_element(ids.begin(), ids.end()) == 0;
+    if (newSlot && c.lib.ID_COUNT >= kMaxSlots)
+        return QString();
     if (ids.empty()) {
         ++c.lib.ID_COUNT;
         Write_ID_Count(c);

@@ -16,7 +16,8 @@ bool Write_IDfile(LibraryContext& c);
 bool Write_ID_Count(LibraryContext& c);
 bool Write_Album_Count(LibraryContext& c);
 
-// "TRACK " followed by the ID handed out.
+// "TRACK " followed by the ID handed out; "" when the library already holds
+// 32767 slots and none is free, so that ID_COUNT never leaves 16 bits.
 QString Get_ID(LibraryContext& c);
 // Takes a track's record and row out of the library.
 void Remove_Track_Row(LibraryContext& c, int row);

@@ -1,6 +1,7 @@
 #include "sort_library.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include "library/open_library.h"
@@ -32,8 +33,12 @@ bool sortOnce(LibraryContext& c)
     TrackList& list = c.lib.MP3_List;
     deleteUntilGone(tempId(c), &c.ui);
     deleteUntilGone(tempTrack(c), &c.ui);
-    copyFileKeepingTime(c.app.IDfile, tempId(c));
-    copyFileKeepingTime(c.app.Trackfile, tempTrack(c));
+    copyFileKeepingTime(c.app.IDfile, tempId(c));  // a missing IDfile is rebuilt empty anyway
+    // Without a copy of the old Trackfile there would be nothing to put back
+    // if the IDfile cannot be written below. (A Trackfile that has vanished is
+    // simply written anew from the list.)
+    if (!copyFileKeepingTime(c.app.Trackfile, tempTrack(c)) && QFileInfo::exists(c.app.Trackfile))
+        return false;
 
     c.ui.setLabel17(QStringLiteral("Sorting Library File"));
     QSaveFile out(c.app.Trackfile);
@@ -57,8 +62,7 @@ bool sortOnce(LibraryContext& c)
         return false;
     QSaveFile ids(c.app.IDfile);
     if (c.lib.failAt("sort-idfile") || !ids.open(QIODevice::WriteOnly) || !ids.commit()) {
-        QFile::remove(c.app.Trackfile);
-        copyFileKeepingTime(tempTrack(c), c.app.Trackfile);
+        copyFileKeepingTime(tempTrack(c), c.app.Trackfile);  // replaces the new file only once complete
         return false;
     }
     return true;
@@ -91,6 +95,11 @@ bool Sort_Library_File(LibraryContext& c)
             c.lib.Free_IDs.clear();
             c.lib.ID_COUNT = list.count();
             Write_ID_Count(c);
+            // The rewrite leaves no free slot, so both counts are the item
+            // count. A stale ALBUM_COUNT (from a repair that dropped tracks, or
+            // a hand-edited file) would otherwise promise free IDs that the
+            // empty IDfile cannot give, and every later open would repair again.
+            Write_Album_Count(c);
             finish(c);
             return true;
         }

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include "file_type.h"
 #include "helpers.h"
@@ -29,7 +30,9 @@ QString Command_Line_Library(const QString& commandLine)
         text.chop(1);
     if (text.size() < 8 || text.right(4).toLower() != QLatin1String(".vkt") || !File_Exists(text))
         return QString();
-    return text;
+    // A name relative to the shell's folder would be stored as it stands in
+    // Last_Used_Lib and Folders/Album and mean nothing at the next start.
+    return QFileInfo(text).absoluteFilePath();
 }
 
 QStringList Find_CD_Drives(const QString& devFolder)
