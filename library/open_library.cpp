@@ -94,31 +94,68 @@ void selectFirst(LibraryContext& c)
         c.lib.MP3_List.select(0);
 }
 
-// Reads the records. Returns false on a read error (a record cut short by the
-// end of the file), keeping what was read before it.
-bool readRecords(LibraryContext& c, const QByteArray& file, int trackTotal, bool searchInLoop)
+// What reading the records found wrong. An error stops the reading; a
+// mismatch keeps reading. Either way the Sort rewrites the library from what
+// was read, so the writers, which find a slot by its tag and length, and the
+// list, which names a slot by its ID column, agree with the file again.
+struct ReadOutcome {
+    bool error = false;     // a record cut short by the end of the file
+    bool mismatch = false;  // a tag, length or ID column that is not the slot's
+};
+
+// One record at pos: its text and where the next record starts; false when
+// the file ends inside it.
+bool nextRecord(const QByteArray& file, qint64 pos, int slot, const char** text, qint64* textLength, qint64* next,
+                bool* mismatch)
+{
+    const qint64 size = file.size();
+    if (pos + 14 > size)
+        return false;
+    const char* data = file.constData() + pos;
+    const char* nul = static_cast<const char*>(memchr(data + 14, 0, static_cast<size_t>(size - pos - 14)));
+    if (!nul)
+        return false;
+    *text = data + 14;
+    *textLength = nul - *text;
+    *next = pos + 14 + *textLength + 1;
+    const auto* b = reinterpret_cast<const unsigned char*>(data);
+    const quint32 length = (quint32(b[10]) << 24) | (quint32(b[11]) << 16) | (quint32(b[12]) << 8) | quint32(b[13]);
+    if (length != quint32(*textLength + 1) || QByteArray::fromRawData(data, 10) != Track_Tag(slot))
+        *mismatch = true;
+    return true;
+}
+
+ReadOutcome readRecords(LibraryContext& c, const QByteArray& file, int trackTotal, bool searchInLoop)
 {
     TrackList& list = c.lib.MP3_List;
     const int idCount = c.lib.ID_COUNT;
     const qint64 size = file.size();
-    const char* data = file.constData();
+    ReadOutcome outcome;
     qint64 pos = 0;
-    for (int i = 1; i <= idCount; ++i) {
-        c.ui.setProgressValue(i);
-        c.ui.yield();
+    // Records behind ID_COUNT are read too: they are tracks of the library
+    // whose count was lost, and the repair gives them their slots back.
+    for (int i = 1; i <= idCount || (pos < size && i <= 32767); ++i) {
+        if (i <= idCount) {
+            c.ui.setProgressValue(i);
+            c.ui.yield();
+        }
         if (pos >= size)
             continue;  // beyond the end the slots read as empty
-        if (pos + 14 > size)
-            return false;
-        const char* text = data + pos + 14;
-        const char* nul = static_cast<const char*>(memchr(text, 0, static_cast<size_t>(size - pos - 14)));
-        if (!nul)
-            return false;
-        const qint64 textLength = nul - text;
-        pos += 14 + textLength + 1;
+        if (i > idCount)
+            outcome.mismatch = true;
+        const char* text = nullptr;
+        qint64 textLength = 0;
+        qint64 next = 0;
+        if (!nextRecord(file, pos, i, &text, &textLength, &next, &outcome.mismatch)) {
+            outcome.error = true;
+            return outcome;
+        }
+        pos = next;
         if (textLength == 0)
             continue;  // a free slot
         QStringList fields = decodeFileText(text, textLength).split(QLatin1Char('|'));
+        if (fields.size() == TrackColumnCount && fields[ColID] != QStringLiteral("TRACK ") + QString::number(i))
+            outcome.mismatch = true;
         bool accept = true;
         if (fields.size() > 13) {
             accept = c.ui.message(invalidItemsText(fields), QStringLiteral("Invalid MP3 Items"), Buttons::YesNo,
@@ -140,7 +177,7 @@ bool readRecords(LibraryContext& c, const QByteArray& file, int trackTotal, bool
                             + (fields.size() > 9 ? fields[9] : QString()));
         }
     }
-    return true;
+    return outcome;
 }
 
 // Reads the free IDs; false when the IDfile is missing or shorter than the
@@ -245,7 +282,8 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     list.reserve(c.lib.ID_COUNT);
     if (via == OpenVia::Menu)
         c.lib.search.Start_Search_Lists();
-    if (!readRecords(c, records, trackTotal, via == OpenVia::Menu))
+    const ReadOutcome read = readRecords(c, records, trackTotal, via == OpenVia::Menu);
+    if (read.error || read.mismatch)
         needsSort = true;
 
     if (via == OpenVia::Path) {

@@ -84,14 +84,17 @@ void TrackList::clear()
 
 void TrackList::sortByColumn(int column, bool ascending)
 {
-    // The selection follows its row through the sort.
+    // The selection follows its row through the sort. Each key is case-folded
+    // once, not in every comparison.
     const TrackRow* keep = selected_ >= 0 ? &rows_[static_cast<size_t>(selected_)] : nullptr;
+    std::vector<QString> keys(rows_.size());
     std::vector<int> order(rows_.size());
-    for (size_t i = 0; i < order.size(); ++i)
+    for (size_t i = 0; i < order.size(); ++i) {
         order[i] = static_cast<int>(i);
+        keys[i] = rows_[i][column].toCaseFolded();
+    }
     std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-        const int c = QString::compare(rows_[static_cast<size_t>(a)][column], rows_[static_cast<size_t>(b)][column],
-                                       Qt::CaseInsensitive);
+        const int c = QString::compare(keys[static_cast<size_t>(a)], keys[static_cast<size_t>(b)], Qt::CaseSensitive);
         return ascending ? c < 0 : c > 0;
     });
     std::vector<TrackRow> sorted;

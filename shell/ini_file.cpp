@@ -101,6 +101,8 @@ bool IniFile::write(const QString& section, const QString& key, const QString& v
             continue;
         QString k;
         if (keyOf(lines[i], &k, nullptr) && sameName(k, key)) {
+            if (lines[i] == entry)
+                return true;  // already stands so: no rewrite
             lines[i] = entry;
             done = true;
         } else if (!lines[i].trimmed().isEmpty()) {
