@@ -33,11 +33,18 @@ bool writeIfDifferent(const QString& path, const QByteArray& content)
     return f.commit();
 }
 
+// Runs only when a file changed, so normally once per installation; waited
+// for, so that nothing writes into the user's folders after we return.
 void runIfPresent(const QString& program, const QStringList& args)
 {
     const QString exe = QStandardPaths::findExecutable(program);
-    if (!exe.isEmpty())
-        QProcess::startDetached(exe, args);
+    if (exe.isEmpty())
+        return;
+    QProcess p;
+    p.start(exe, args);
+    if (p.waitForStarted(2000) && !p.waitForFinished(5000))
+        p.kill();
+    p.waitForFinished(1000);
 }
 
 }  // namespace
