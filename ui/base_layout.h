@@ -1,0 +1,25 @@
+#pragma once
+// The regions of the main window: the library frame with MP3_List and its
+// shield on top, the panels of the player, playlist, tags, conversion and
+// search below. Every control carries its program name as object name.
+#include <QList>
+
+class QAbstractItemModel;
+class QTreeView;
+class QWidget;
+
+namespace sonorit::ui {
+
+class ProgressPanel;
+
+struct BaseWidgets {
+    QWidget* central = nullptr;
+    QTreeView* list = nullptr;       // MP3_List
+    QWidget* libShield = nullptr;    // LibShield, holds the progress panel
+    ProgressPanel* progress = nullptr;
+    QList<QWidget*> lockable;        // what Lock_Main_Window disables
+};
+
+BaseWidgets Build_Base_Layout(QWidget* window, QAbstractItemModel* trackModel);
+
+}  // namespace sonorit::ui

@@ -1,0 +1,57 @@
+#pragma once
+// Base, the main window. It owns the library in memory and wires the menus,
+// the list and the progress panel to the core; the work is the core's.
+#include <QMainWindow>
+#include <memory>
+
+#include "library/library_state.h"
+#include "shell/main_timer.h"
+
+class QTimer;
+
+namespace sonorit {
+struct AppState;
+class StartupHost;
+class UiPort;
+}  // namespace sonorit
+
+namespace sonorit::ui {
+
+class LibraryController;
+class MenuBar;
+class QtUiPort;
+class TrackListModel;
+class WindowShield;
+class WindowStartupHost;
+
+class Base : public QMainWindow {
+public:
+    explicit Base(AppState& app);
+    ~Base() override;
+
+    UiPort& ui();
+    StartupHost& startupHost();
+    LibraryState& library() { return lib_; }
+    void Update_Menus();
+
+protected:
+    // Form_QueryUnload: a close from the title bar or the system is refused;
+    // Library > Exit is the only way out.
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+
+    AppState& app_;
+    LibraryState lib_;
+    std::unique_ptr<TrackListModel> model_;  // declared after lib_: it observes the list
+    std::unique_ptr<WindowShield> shield_;
+    std::unique_ptr<QtUiPort> ui_;
+    std::unique_ptr<LibraryController> libraryController_;
+    std::unique_ptr<MenuBar> menus_;
+    std::unique_ptr<WindowStartupHost> startupHost_;
+    QTimer* mainTimer_;
+    MainTimer timerTicks_;
+    MainTimerWork timerWork_;
+};
+
+}  // namespace sonorit::ui

@@ -1,0 +1,25 @@
+#pragma once
+// The Library menu's handlers: each calls the core with the window's library
+// context and nothing more.
+#include <functional>
+
+#include "library/library_state.h"
+
+namespace sonorit::ui {
+
+class LibraryController {
+public:
+    // `quit` ends the program once the exit sequence's file work is done.
+    LibraryController(LibraryContext context, std::function<void()> quit);
+
+    void open();
+    void sort();
+    void exit();
+    void checkOpenLibraryFile(const QString& path);
+
+private:
+    LibraryContext c_;
+    std::function<void()> quit_;
+};
+
+}  // namespace sonorit::ui

@@ -1,0 +1,42 @@
+#pragma once
+// MP3_List as the view sees it: a table model over the core's TrackList. The
+// core sorts; the view only shows. While the list is hidden for bulk work the
+// model only notes that something changed and resets once it shows again.
+#include <QAbstractTableModel>
+
+#include "library/track_list.h"
+
+namespace sonorit::ui {
+
+class TrackListModel : public QAbstractTableModel, private TrackListObserver {
+    Q_OBJECT
+public:
+    explicit TrackListModel(TrackList& list, QObject* parent = nullptr);
+    ~TrackListModel() override;
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+    // The user moved the current row in the view.
+    void userSelected(int row);
+
+signals:
+    // The core selected a row (-1 for none); the view follows.
+    void selectRow(int row);
+
+private:
+    void listReset() override;
+    void rowChanged(int row) override;
+    void selectionChanged(int row) override;
+    void visibilityChanged(bool hidden) override;
+    void reset();
+
+    TrackList& list_;
+    int shownRows_ = 0;  // the row count the view was last told
+    bool dirty_ = false;
+    bool fromView_ = false;
+};
+
+}  // namespace sonorit::ui

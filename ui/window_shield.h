@@ -1,0 +1,36 @@
+#pragma once
+// The shielding of the main window during long operations: the lock disables
+// the top-level menus and the panels, the shield covers the library list with
+// LibShield and the progress panel.
+#include <QList>
+
+class QAction;
+class QWidget;
+
+namespace sonorit::ui {
+
+class ProgressPanel;
+
+class WindowShield {
+public:
+    // `menus` are the top-level menu entries; `panels` the controls the lock
+    // disables; `list` is MP3_List, `shield` LibShield.
+    WindowShield(QList<QAction*> menus, QList<QWidget*> panels, QWidget* list, QWidget* shield, ProgressPanel* progress);
+
+    void lock();
+    void unlock();
+    void showProgress();
+    void shield();
+    void unshield();
+
+private:
+    void setLocked(bool locked);
+
+    QList<QAction*> menus_;
+    QList<QWidget*> panels_;
+    QWidget* list_;
+    QWidget* shield_;
+    ProgressPanel* progress_;
+};
+
+}  // namespace sonorit::ui
