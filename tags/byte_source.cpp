@@ -1,5 +1,9 @@
 #include "byte_source.h"
 
+#include <unistd.h>
+
+#include <cerrno>
+
 #include <algorithm>
 #include <cstring>
 
@@ -36,16 +40,27 @@ FileSource::FileSource(const QString& path) : file_(path)
         size_ = file_.size();
 }
 
+// One positioned read: no seek, and no buffer of QFile in between.
+qint64 FileSource::readFile(qint64 offset, char* dst, qint64 n)
+{
+    qint64 done = 0;
+    while (done < n) {
+        const ssize_t got = ::pread(file_.handle(), dst + done, static_cast<size_t>(n - done), offset + done);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            return got < 0 && done == 0 ? -1 : done;
+        done += got;
+    }
+    return done;
+}
+
 bool FileSource::fill(qint64 blockStart)
 {
     if (blockStart == cacheStart_)
         return true;
     cache_.resize(kBlock);
-    if (!file_.seek(blockStart)) {
-        cacheStart_ = -1;
-        return false;
-    }
-    const qint64 got = file_.read(cache_.data(), kBlock);
+    const qint64 got = readFile(blockStart, cache_.data(), kBlock);
     if (got < 0) {
         cacheStart_ = -1;
         return false;
@@ -63,9 +78,7 @@ qint64 FileSource::readAt(qint64 offset, char* dst, qint64 n)
     // Large reads (picture data) go straight to the file; they would only
     // push the header bytes out of the cache.
     if (n > kBlock) {
-        if (!file_.seek(offset))
-            return 0;
-        const qint64 got = file_.read(dst, n);
+        const qint64 got = readFile(offset, dst, n);
         return got < 0 ? 0 : got;
     }
     qint64 done = 0;

@@ -48,6 +48,7 @@ public:
 
 private:
     static constexpr qint64 kBlock = 8192;
+    qint64 readFile(qint64 offset, char* dst, qint64 n);
     bool fill(qint64 blockStart);
 
     QFile file_;

@@ -16,18 +16,14 @@ public:
     FrameCursor(ByteSource& src, qint64 position) : src_(src), offset_(position - 1) {}
 
     qint64 consumed() const { return consumed_; }
-    bool pastEnd() const { return pastEnd_; }
 
     // The next byte, or -1 at the end of the source.
     int byte()
     {
-        const int b = src_.byteAt(offset_ + consumed_);
-        if (b < 0) {
-            pastEnd_ = true;
+        if (next_ == filled_ && !refill())
             return -1;
-        }
         ++consumed_;
-        return b;
+        return static_cast<unsigned char>(buffer_[next_++]);
     }
 
     // Bytes up to a zero byte, which is consumed but not returned.
@@ -71,10 +67,21 @@ public:
     }
 
 private:
+    // Strings up to a terminator are read a byte at a time; a chunk behind
+    // them keeps that from being a call into the source per byte.
+    bool refill()
+    {
+        filled_ = src_.readAt(offset_ + consumed_, buffer_, sizeof buffer_);
+        next_ = 0;
+        return filled_ > 0;
+    }
+
     ByteSource& src_;
     qint64 offset_;
     qint64 consumed_ = 0;
-    bool pastEnd_ = false;
+    char buffer_[256];
+    qint64 filled_ = 0;
+    qint64 next_ = 0;
 };
 
 }  // namespace sonorit

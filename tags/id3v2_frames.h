@@ -47,8 +47,16 @@ struct PictureHead {
 PictureHead Read_Picture_Head(ByteSource& src, qint64 position);
 bool Is_Jpeg_Mime(const QString& mime);
 
-// Copies the image of a JPEG front cover to target, opened without
-// truncation. True if it did; on false the target is as it was.
-bool Extract_Picture(ByteSource& src, qint64 position, const QString& target);
+// Overlay writes the image over the start of the target, which is not
+// truncated. Replace leaves exactly the image, the same bytes as a target
+// deleted first, but without a delete and a create: a listing that shows
+// one cover after another then costs the file system next to nothing.
+enum class CoverWrite { Overlay, Replace };
+
+// Copies the image of a JPEG front cover to target. True if it did. An empty
+// image, or one that runs past the end of the file, is none; on false the
+// target is as it was.
+bool Extract_Picture(ByteSource& src, qint64 position, const QString& target,
+                     CoverWrite how = CoverWrite::Overlay);
 
 }  // namespace sonorit

@@ -1,9 +1,8 @@
 #include "mpeg_info.h"
 
-#include "id3v2_reader.h"
-#include "shell/helpers.h"
+#include <cstring>
+
 #include "tag2_header.h"
-#include "tag_state.h"
 
 namespace sonorit {
 
@@ -154,14 +153,14 @@ qint64 Read_Mpeg_Info(ByteSource& src, Mpeg_Info& info, qint64 position)
     qint64 found = 0;
     do {
         const qint64 got = src.readAt(p - 1, block, kSearchBlock);
-        for (qint64 i = 1; i <= got && !found; ++i) {
-            if (static_cast<unsigned char>(block[i - 1]) != 255)
-                continue;
+        const char* end = block + got;
+        for (const char* b = block; !found && (b = static_cast<const char*>(std::memchr(b, 255, end - b)));) {
             // The following bytes come from the file by position, so a header
             // may straddle the end of the block.
-            const qint64 at = p + i - 1;
+            const qint64 at = p + (b - block);
             if (Frame_Second_Byte_Ok(src.byteAt(at)) && Frame_Third_Byte_Ok(src.byteAt(at + 1)))
                 found = at;
+            ++b;
         }
         if (found)
             break;

@@ -1,6 +1,6 @@
 #pragma once
-// The decoder's duration through GStreamer's discoverer, which prerolls the
-// file through the same decoders that playback uses.
+// The decoder's duration through GStreamer: the file is prerolled through
+// the same decoders that playback uses and asked for its length.
 #include "tags/duration_port.h"
 
 namespace sonorit {

@@ -73,11 +73,13 @@ QByteArray encode(const Mp3Spec& spec)
 
     if (spec.writeXing) {
         // LAME reserved the first frame; its final content is known only now.
+        // Frames too small to hold the header get none (size 0).
         const size_t size = lame_get_lametag_frame(gf.get(), buffer.data(), buffer.size());
-        if (size == 0 || size > static_cast<size_t>(out.size()))
+        if (size > static_cast<size_t>(out.size()))
             return {};
-        out.replace(qsizetype(0), static_cast<qsizetype>(size), reinterpret_cast<const char*>(buffer.data()),
-                    static_cast<qsizetype>(size));
+        if (size > 0)
+                out.replace(qsizetype(0), static_cast<qsizetype>(size), reinterpret_cast<const char*>(buffer.data()),
+                        static_cast<qsizetype>(size));
     }
     return out;
 }

@@ -13,7 +13,8 @@ struct Mp3Spec {
     int bitrateKbps = 128;   // constant rate; with vbr the upper limit
     bool vbr = false;
     int vbrQuality = 4;      // 0 (best) to 9
-    bool writeXing = true;   // "Xing" (VBR) or "Info" (CBR) header in the first frame
+    bool writeXing = true;   // "Xing" (VBR) or "Info" (CBR) header in the first frame,
+                             // where the frame can hold it (not at 48 kbit/s and below at 22 kHz)
     double toneHz = 440;
 
     bool operator<(const Mp3Spec& o) const;

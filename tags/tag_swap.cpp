@@ -1,0 +1,86 @@
+#include "tag_swap.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <cerrno>
+#include <cstdio>
+#include <unistd.h>
+
+#include "shell/file_copy.h"
+#include "shell/ui_port.h"
+
+namespace sonorit {
+
+namespace {
+constexpr int kTries = 5;  // a busy file gets this many attempts
+
+// The new file must be on the disk before its name replaces the old one,
+// or a crash right after the swap could leave neither.
+bool Sync_To_Disk(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) && ::fsync(f.handle()) == 0;
+}
+
+// Puts `temp` in the place of `path`. Within one filesystem a rename replaces
+// the old file in one step; across filesystems the copy lands beside the old
+// file first and is renamed there. The old file is never deleted beforehand.
+bool Swap_In(const QString& temp, const QString& path, UiPort& ui)
+{
+    // A link stays a link: the file it points to gets the new content.
+    const QFileInfo old(path);
+    const QString dest = old.isSymLink() && old.exists() ? old.canonicalFilePath() : path;
+    if (QFileInfo::exists(dest))
+        QFile::setPermissions(temp, QFile::permissions(dest));
+    if (!Sync_To_Disk(temp))
+        return false;
+    const QByteArray from = QFile::encodeName(temp), to = QFile::encodeName(dest);
+    int error = 0;
+    for (int i = 0; i < kTries; ++i) {
+        if (std::rename(from.constData(), to.constData()) == 0)
+            return true;
+        error = errno;
+        if (error == EXDEV)
+            break;
+        ui.yield();
+    }
+    if (error != EXDEV || !copyFileKeepingTime(temp, dest))
+        return false;
+    deleteUntilGone(temp, &ui, kTries);
+    return true;
+}
+}  // namespace
+
+QString Tag2_Update_Failed_Text()
+{
+    return QStringLiteral("An error occured whilst trying updating Tag3v2, changes are discarded");
+}
+
+QString Tag2_Update_Failed_Title() { return QStringLiteral("Tag update error"); }
+
+bool Write_Through_Temp(const QString& dataFolder, const QString& path, UiPort& ui, const Tag2FileWriter& writer,
+                        const std::function<void()>& reread, const QString& failureText)
+{
+    const QString temp = dataFolder + QStringLiteral("Temp.mp3");
+    bool done = false;
+    try {
+        deleteUntilGone(temp, &ui, kTries);
+        if (writer(path, temp))
+            done = !QFileInfo::exists(temp) || Swap_In(temp, path, ui);
+    } catch (...) {
+        done = false;
+    }
+    if (done)
+        return true;
+    try {
+        if (!failureText.isEmpty())
+            ui.message(failureText, Tag2_Update_Failed_Title(), Buttons::Ok, Icon::None);
+        deleteUntilGone(temp, &ui, kTries);
+        if (reread)
+            reread();
+    } catch (...) {
+    }
+    return false;
+}
+
+}  // namespace sonorit
