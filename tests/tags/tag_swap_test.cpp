@@ -2,9 +2,9 @@
 // stays byte for byte as it was and no "Temp.mp3" is left.
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <csignal>
 #include <optional>
 #include <stdexcept>
@@ -160,8 +160,8 @@ TEST(TagSwap, AcrossFilesystemsTheCopyLandsWholeOrNotAtAll)
     if (stat("/dev/shm", &shm) != 0 || stat(QFile::encodeName(t.path).constData(), &here) != 0
         || shm.st_dev == here.st_dev)
         GTEST_SKIP() << "no second filesystem to swap across";
-    const QString shmData = QStringLiteral("/dev/shm/sonorit-swap-%1/").arg(QCoreApplication::applicationPid());
-    QDir().mkpath(shmData);
+    const QTemporaryDir other(QStringLiteral("/dev/shm/sonorit-swap-XXXXXX"));
+    const QString shmData = other.path() + QLatin1Char('/');
 
     // The rename cannot cross; a full disk stops the copy beside the old file.
     std::optional<FileSizeLimit> limit;
@@ -176,5 +176,4 @@ TEST(TagSwap, AcrossFilesystemsTheCopyLandsWholeOrNotAtAll)
     ASSERT_TRUE(t.swap(t.panel(), shmData));
     EXPECT_EQ(frameIds(readFile(t.path)), "TPE1 TXXX");
     EXPECT_FALSE(QFileInfo::exists(shmData + "Temp.mp3"));
-    QDir(shmData).removeRecursively();
 }
