@@ -29,21 +29,27 @@ JsonObject tag1Json(const Tag1Record& r)
         .add("genre", int(r.Genre));
 }
 
-JsonObject tag2Json(const TagState& s)
+// The fields both reads report, in the order scripts see them.
+JsonObject& addFields(JsonObject& o, const Tag2FieldSet& f)
 {
-    const Tag2FieldSet& f = s.Tag2_Fields;
-    return JsonObject()
-        .add("present", s.Tag2_Present)
-        .add("total_size", qint64(s.Tag2_Total_Size))
-        .add("padding_size", qint64(s.Tag2_Padding_Size))
-        .add("padding_position", qint64(s.Tag2_Padding_Position))
-        .add("artist", f.Artist)
+    return o.add("artist", f.Artist)
         .add("album", f.Album)
         .add("track", f.Track)
         .add("year", f.Year)
         .add("title", f.Title)
         .add("va", f.VA)
-        .add("time", f.Time)
+        .add("time", f.Time);
+}
+
+JsonObject tag2Json(const TagState& s)
+{
+    const Tag2FieldSet& f = s.Tag2_Fields;
+    JsonObject o;
+    o.add("present", s.Tag2_Present)
+        .add("total_size", qint64(s.Tag2_Total_Size))
+        .add("padding_size", qint64(s.Tag2_Padding_Size))
+        .add("padding_position", qint64(s.Tag2_Padding_Position));
+    return addFields(o, f)
         .add("length", f.Length)
         .add("genre", f.Genre)
         .add("frames", f.Frames)
@@ -55,15 +61,8 @@ JsonObject tag2Json(const TagState& s)
 
 JsonObject mode1Json(const Tag2FieldSet& f)
 {
-    return JsonObject()
-        .add("artist", f.Artist)
-        .add("album", f.Album)
-        .add("track", f.Track)
-        .add("year", f.Year)
-        .add("title", f.Title)
-        .add("va", f.VA)
-        .add("time", f.Time)
-        .add("genre", f.Genre);
+    JsonObject o;
+    return addFields(o, f).add("genre", f.Genre);
 }
 
 JsonObject mpegJson(const Mpeg_Info& m, qint64 position)

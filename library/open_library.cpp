@@ -55,15 +55,10 @@ TrackRow rowFromFields(const QStringList& f)
     return row;
 }
 
-void failureOfOpen(LibraryContext& c, OpenVia via)
+// The paths and slot counts of the open library; the caption keeps its name.
+void forgetLibrary(LibraryContext& c)
 {
     AppState& a = c.app;
-    c.lib.MP3_List.setHidden(false);
-    c.ui.unshieldLibrary();
-    c.ui.setProgressValue(0);
-    Set_Main_Options(a);
-    a.Menu_Refresh_Wanted = true;
-    c.ui.unlockMainWindow();
     a.Library_File.clear();
     a.Library_File_Name.clear();
     a.Trackfile.clear();
@@ -73,6 +68,18 @@ void failureOfOpen(LibraryContext& c, OpenVia via)
     a.Quarantaine_Folder.clear();
     c.lib.ID_COUNT = 0;
     c.lib.Free_IDs.clear();
+}
+
+void failureOfOpen(LibraryContext& c, OpenVia via)
+{
+    AppState& a = c.app;
+    c.lib.MP3_List.setHidden(false);
+    c.ui.unshieldLibrary();
+    c.ui.setProgressValue(0);
+    Set_Main_Options(a);
+    a.Menu_Refresh_Wanted = true;
+    c.ui.unlockMainWindow();
+    forgetLibrary(c);
     c.ui.focusLibraryList();
     const QString first = via == OpenVia::Menu
                               ? QStringLiteral("An error occured whilst trying to open the selected Library.")
@@ -207,16 +214,8 @@ void Close_Library(LibraryContext& c)
 {
     AppState& a = c.app;
     c.lib.MP3_List.clear();
-    a.Library_File.clear();
-    a.Library_File_Name.clear();
-    a.Trackfile.clear();
-    a.IDfile.clear();
-    a.Library_Main_Folder.clear();
-    a.Backup_Folder.clear();
-    a.Quarantaine_Folder.clear();
+    forgetLibrary(c);
     a.Library_Name.clear();
-    c.lib.ID_COUNT = 0;
-    c.lib.Free_IDs.clear();
     c.ui.setCaption(kCaption);
 }
 
