@@ -35,8 +35,8 @@ public:
 
 QByteArray makeTrack(int i)
 {
-    static const std::vector<Mp3Spec> specs = [] {
-        std::vector<Mp3Spec> s(8);
+    static const std::vector<Mp3Recipe> specs = [] {
+        std::vector<Mp3Recipe> s(8);
         s[1].bitrateKbps = 192;
         s[2].bitrateKbps = 320;
         s[3].vbr = true, s[3].vbrQuality = 2, s[3].bitrateKbps = 256;

@@ -12,7 +12,7 @@ CC=clang CXX=clang++ cmake -S "$top" -B "$top/build-fuzz" -G Ninja -DSONORIT_FUZ
 cmake --build "$top/build-fuzz" --target fuzzers
 seconds=${FUZZ_SECONDS:-30}
 for target in "$top"/build-fuzz/fuzz/fuzz_*; do
-  [ -x "$target" ] || continue
+  [ -f "$target" ] && [ -x "$target" ] || continue
   name=$(basename "$target")
   corpus="$top/fuzz/corpus/$name"
   work=$(mktemp -d)

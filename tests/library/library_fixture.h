@@ -20,7 +20,7 @@ struct LibraryFixture {
     LibraryState lib;
     ScriptedUi ui;
     LibraryContext ctx{app, lib, ui};
-    LibraryMaker maker{app.paths, env.path(QStringLiteral("Music.vkt"))};
+    LibraryMaker maker{app.paths, env.path("Music.vkt")};
     LibraryFiles files;
 
     bool open(OpenVia via = OpenVia::Path)
@@ -30,15 +30,10 @@ struct LibraryFixture {
     }
     QByteArray trackfile() const { return readFile(files.trackfile); }
     QByteArray idfile() const { return readFile(files.idfile); }
-    QString general(const char* key) const
-    {
-        return IniFile(files.vkt).read(QStringLiteral("GENERAL"), QLatin1String(key), QStringLiteral("<none>"));
-    }
+    QString general(const char* key) const { return IniFile(files.vkt).read("GENERAL", key, "<none>"); }
+    QString counts() const { return general("ALBUM_COUNT") + " of " + general("ID_COUNT"); }
     // Temporary copies left in the data folder.
-    QStringList temps() const
-    {
-        return QDir(app.paths.Data_Folder).entryList({QStringLiteral("Temp*")}, QDir::Files);
-    }
+    QStringList temps() const { return QDir(app.paths.Data_Folder).entryList({"Temp*"}, QDir::Files); }
     QStringList column(int col) const
     {
         QStringList out;
@@ -46,21 +41,28 @@ struct LibraryFixture {
             out << lib.MP3_List.field(i, col);
         return out;
     }
+    // The list's rows in order as slots 1, 2, ...: what a rewrite gives.
+    QByteArray listAsTrackfile() const
+    {
+        QByteArray out;
+        for (int i = 0; i < lib.MP3_List.count(); ++i)
+            out += trackRecord(i + 1, recordText(lib.MP3_List.row(i)));
+        return out;
+    }
 };
 
-// Makes the named step fail `times` times (forever by default) and notes
-// every step a writer passes.
+// Makes the named step fail `times` times (forever by default) and counts the
+// times a writer passes it.
 struct FailAt : FaultInjector {
+    explicit FailAt(QString s, int t = 1 << 30) : step(std::move(s)), times(t) {}
     QString step;
-    int times = 1 << 30;
-    QStringList asked;
+    int times, asked = 0;
     bool fail(const char* s) override
     {
-        asked << QLatin1String(s);
-        if (step != QLatin1String(s) || times <= 0)
+        if (step != QLatin1String(s))
             return false;
-        --times;
-        return true;
+        ++asked;
+        return times-- > 0;
     }
 };
 

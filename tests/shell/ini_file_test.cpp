@@ -13,55 +13,38 @@ using namespace sonorit::test;
 TEST(IniFile, ReadsLikeTheProfileCalls)
 {
     TempEnv env;
-    const QString path = env.path(QStringLiteral("lib.vkt"));
-    writeFile(path, "[general]\r\n"
-                    "  lib_folder =  /music/a  \r\n"
-                    "LIB_FOLDER=/second\r\n"
-                    "Empty=\r\n"
-                    "a line without an equals sign\r\n"
-                    "Quoted=\"/x y\"\r\n"
-                    "Long=" + QByteArray(1200, 'a') + "\r\n"
-                    "Name=Beyonc\xE9\r\n"
-                    "[ Other ]\r\n"
-                    "Key=other\r\n");
-    struct Row {
+    const QString path = env.path("lib.vkt");
+    writeFile(path, "[general]\r\n  lib_folder =  /music/a  \r\nLIB_FOLDER=/second\r\nEmpty=\r\n"
+                    "a line without an equals sign\r\nQuoted=\"/x y\"\r\nLong=" + QByteArray(1200, 'a') + "\r\n"
+                    "Name=Beyonc\xE9\r\n[ Other ]\r\nKey=other\r\n");
+    const struct {
         const char *section, *key, *def;
         QString expected;
-    };
-    const Row rows[] = {
-        {"GENERAL", "LIB_FOLDER", "d", QStringLiteral("/music/a")},  // any case, blanks dropped, first wins
-        {"General", "empty", "d", QString()},                       // present but empty is not the default
-        {"GENERAL", "missing", "d", QStringLiteral("d")},
-        {"GENERAL", "Quoted", "", QStringLiteral("\"/x y\"")},        // nothing is unquoted
-        {"GENERAL", "Long", "", QString(999, QLatin1Char('a'))},
-        {"GENERAL", "Name", "", QStringLiteral("Beyonc\u00e9")},      // Windows-1252 file
-        {"other", "KEY", "", QStringLiteral("other")},
-        {"Nosuch", "Key", "d", QStringLiteral("d")},
+    } rows[] = {
+        {"GENERAL", "LIB_FOLDER", "d", "/music/a"},  // any case, blanks dropped, first wins
+        {"General", "empty", "d", ""},               // present but empty is not the default
+        {"GENERAL", "missing", "d", "d"}, {"Nosuch", "Key", "d", "d"}, {"other", "KEY", "", "other"},
+        {"GENERAL", "Quoted", "", "\"/x y\""},  // nothing is unquoted
+        {"GENERAL", "Long", "", QString(999, 'a')}, {"GENERAL", "Name", "", "Beyonc\u00e9"},  // Windows-1252
     };
     const IniFile ini(path);
-    for (const Row& r : rows)
-        EXPECT_EQ(ini.read(QLatin1String(r.section), QLatin1String(r.key), QLatin1String(r.def)), r.expected)
-            << r.section << "/" << r.key;
-    EXPECT_EQ(IniFile(env.path(QStringLiteral("none.vkt"))).read(QStringLiteral("A"), QStringLiteral("B"),
-                                                                  QString(1005, QLatin1Char('d'))),
-              QString(999, QLatin1Char('d')));
+    for (const auto& r : rows)
+        EXPECT_EQ(ini.read(r.section, r.key, r.def), r.expected) << r.section << "/" << r.key;
+    EXPECT_EQ(IniFile(env.path("none.vkt")).read("A", "B", QString(1005, 'd')), QString(999, 'd'));
 
     // A file saved by an editor that puts a byte order mark in front.
     writeFile(path, "\xEF\xBB\xBF[GENERAL]\nALBUM_COUNT=7\n");
-    EXPECT_EQ(ini.read(QStringLiteral("GENERAL"), QStringLiteral("ALBUM_COUNT"), QStringLiteral("0")),
-              QStringLiteral("7"));
+    EXPECT_EQ(ini.read("GENERAL", "ALBUM_COUNT", "0"), "7");
 }
 
 TEST(IniFile, WritesInPlaceIntoItsSectionOrAppends)
 {
     TempEnv env;
-    const QString path = env.path(QStringLiteral("w.vkt"));
-    struct Row {
+    const QString path = env.path("w.vkt");
+    const struct {
         const char *section, *key, *value;
         QByteArray expected;
-    };
-    // Each row writes into the file the previous one left.
-    const Row rows[] = {
+    } rows[] = {  // each row writes into the file the previous one left
         {"a", "X", "9", "[A]\nX=9\n\n[B]\ny=2\n"},
         {"A", "z", "3", "[A]\nX=9\nz=3\n\n[B]\ny=2\n"},
         {"b", "Y", " 4 ", "[A]\nX=9\nz=3\n\n[B]\nY= 4 \n"},
@@ -69,20 +52,18 @@ TEST(IniFile, WritesInPlaceIntoItsSectionOrAppends)
     };
     writeFile(path, "[A]\r\nx=1\r\n\r\n[B]\r\ny=2\r\n");
     const IniFile ini(path);
-    for (const Row& r : rows) {
-        EXPECT_TRUE(ini.write(QLatin1String(r.section), QLatin1String(r.key), QLatin1String(r.value)));
+    for (const auto& r : rows) {
+        EXPECT_TRUE(ini.write(r.section, r.key, r.value));
         EXPECT_EQ(readFile(path), r.expected) << r.section << "/" << r.key;
     }
-    EXPECT_EQ(ini.read(QStringLiteral("B"), QStringLiteral("y"), QString()), QStringLiteral("4"));
+    EXPECT_EQ(ini.read("B", "y", ""), "4");
 
-    const QString fresh = env.path(QStringLiteral("new.vkt"));
-    EXPECT_TRUE(IniFile(fresh).write(QStringLiteral("GENERAL"), QStringLiteral("ID_COUNT"), QStringLiteral("0")));
-    EXPECT_EQ(readFile(fresh), QByteArray("[GENERAL]\nID_COUNT=0\n"));
+    EXPECT_TRUE(IniFile(env.path("new.vkt")).write("GENERAL", "ID_COUNT", "0"));
+    EXPECT_EQ(readFile(env.path("new.vkt")), "[GENERAL]\nID_COUNT=0\n");
 
     // An old Windows-1252 file keeps its text when a key is written.
     writeFile(path, "[GENERAL]\r\nLIB_FOLDER=/M\xFCsik/\r\n");
-    EXPECT_TRUE(ini.write(QStringLiteral("GENERAL"), QStringLiteral("ID_COUNT"), QStringLiteral("3")));
-    EXPECT_EQ(ini.read(QStringLiteral("GENERAL"), QStringLiteral("LIB_FOLDER"), QString()),
-              QStringLiteral("/M\u00fcsik/"));
-    EXPECT_EQ(ini.read(QStringLiteral("GENERAL"), QStringLiteral("ID_COUNT"), QString()), QStringLiteral("3"));
+    EXPECT_TRUE(ini.write("GENERAL", "ID_COUNT", "3"));
+    EXPECT_EQ(ini.read("GENERAL", "LIB_FOLDER", ""), "/M\u00fcsik/");
+    EXPECT_EQ(ini.read("GENERAL", "ID_COUNT", ""), "3");
 }

@@ -1,7 +1,6 @@
 #include "library_maker.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include "temp_env.h"
@@ -11,120 +10,58 @@ namespace sonorit::test {
 TrackRow makeTrack(const QString& artist, const QString& title, const QString& folder, const QString& filename,
                    const QString& album)
 {
-    return {artist,  album,
-            QStringLiteral("01"), title,
-            QStringLiteral("03:25"), QStringLiteral("1999"),
-            QStringLiteral("Pop"), QStringLiteral("No"),
-            folder, filename,
-            QString(), QStringLiteral("2024-05-01 12:00:00"),
-            QStringLiteral("4096")};
+    return {artist, album, "01", title, "03:25", "1999", "Pop", "No", folder, filename, QString(),
+            "2024-05-01 12:00:00", "4096"};
 }
 
 QByteArray trackRecord(int id, const QByteArray& text)
 {
-    QByteArray r = "TRCK" + QByteArray::number(1000000 + id).right(6);
     const quint32 length = quint32(text.size()) + 1;
-    r.append(char(length >> 24)).append(char(length >> 16)).append(char(length >> 8)).append(char(length));
-    return r + text + '\0';
+    return "TRCK" + QByteArray::number(1000000 + id).right(6) + char(length >> 24) + char(length >> 16)
+           + char(length >> 8) + char(length) + text + '\0';
 }
 
-QByteArray recordText(const TrackRow& row)
-{
-    QStringList fields(row.begin(), row.end());
-    return fields.join(QLatin1Char('|')).toUtf8();
-}
+QByteArray recordText(const TrackRow& row) { return QStringList(row.begin(), row.end()).join('|').toUtf8(); }
 
 QByteArray idFileBytes(const std::vector<std::int32_t>& ids)
 {
     QByteArray out;
-    for (const std::int32_t id : ids) {
-        const auto v = static_cast<std::uint32_t>(id);
-        out.append(char(v)).append(char(v >> 8)).append(char(v >> 16)).append(char(v >> 24));
-    }
+    for (const auto id : ids)
+        for (int shift = 0; shift < 32; shift += 8)
+            out += char(quint32(id) >> shift);
     return out;
 }
 
-LibraryMaker::LibraryMaker(const AppPaths& paths, QString vktPath) : paths_(paths), vkt_(std::move(vktPath)) {}
-
 LibraryMaker& LibraryMaker::track(TrackRow row)
 {
-    row[ColID] = QStringLiteral("TRACK ") + QString::number(slotCount() + 1);
-    slots_.emplace_back(recordText(row));
-    return *this;
-}
-
-LibraryMaker& LibraryMaker::text(const QByteArray& bytes)
-{
-    slots_.emplace_back(bytes);
-    return *this;
-}
-
-LibraryMaker& LibraryMaker::freeSlot()
-{
-    slots_.emplace_back(std::nullopt);
-    return *this;
-}
-
-LibraryMaker& LibraryMaker::key(const QString& name, const QString& value)
-{
-    keys_[name] = value;
-    return *this;
-}
-
-LibraryMaker& LibraryMaker::freeIds(std::vector<std::int32_t> ids)
-{
-    freeIds_ = std::move(ids);
-    return *this;
+    row[ColID] = "TRACK " + QString::number(texts.size() + 1);
+    return text(recordText(row));
 }
 
 LibraryFiles LibraryMaker::write() const
 {
-    LibraryFiles f;
-    f.vkt = vkt_;
-    // The first free pair of names from 000 on, as a new library takes them.
-    for (int n = 1000;; ++n) {
-        const QString digits = QString::number(n).right(3);
-        f.trackfile = paths_.Data_Folder + QStringLiteral("Trackfile") + digits + QStringLiteral(".tri");
-        f.idfile = paths_.Data_Folder + QStringLiteral("IDfile") + digits + QStringLiteral(".tri");
-        if (!QFileInfo::exists(f.trackfile) && !QFileInfo::exists(f.idfile))
-            break;
-    }
-    f.mainFolder = QFileInfo(vkt_).absolutePath() + QStringLiteral("/Main/");
-    QDir().mkpath(f.mainFolder);
-    QDir().mkpath(paths_.Data_Folder);
-
-    QByteArray trackBytes;
+    const QFileInfo info(vkt);
+    const LibraryFiles f{vkt, paths.Data_Folder + "Trackfile-" + info.completeBaseName() + ".tri",
+                         paths.Data_Folder + "IDfile-" + info.completeBaseName() + ".tri"};
+    QDir().mkpath(info.absolutePath() + "/Main");
+    QByteArray records;
     std::vector<std::int32_t> free;
-    int used = 0;
-    for (size_t i = 0; i < slots_.size(); ++i) {
-        const int id = static_cast<int>(i) + 1;
-        trackBytes += trackRecord(id, slots_[i].value_or(QByteArray()));
-        if (slots_[i])
-            ++used;
-        else
-            free.push_back(id);
+    for (size_t i = 0; i < texts.size(); ++i) {
+        records += trackRecord(int(i) + 1, texts[i].value_or(QByteArray()));
+        if (!texts[i])
+            free.push_back(int(i) + 1);
     }
-    writeFile(f.trackfile, trackBytes);
-    writeFile(f.idfile, idFileBytes(freeIds_.value_or(free)));
-
-    QMap<QString, QString> keys{{QStringLiteral("LIB_FOLDER"), f.mainFolder},
-                                {QStringLiteral("ALBUMLIB_NAME"), f.trackfile},
-                                {QStringLiteral("FREEID_NAME"), f.idfile},
-                                {QStringLiteral("ALBUM_COUNT"), QString::number(used)},
-                                {QStringLiteral("ID_COUNT"), QString::number(slotCount())}};
-    for (auto it = keys_.begin(); it != keys_.end(); ++it)
-        keys[it.key()] = it.value();
+    writeFile(f.trackfile, records);
+    writeFile(f.idfile, idFileBytes(free));
+    QMap<QString, QString> all{{"LIB_FOLDER", info.absolutePath() + "/Main/"}, {"ALBUMLIB_NAME", f.trackfile},
+                               {"FREEID_NAME", f.idfile}, {"ALBUM_COUNT", QString::number(texts.size() - free.size())},
+                               {"ID_COUNT", QString::number(texts.size())}};
+    all.insert(keys);
     QByteArray ini = "[GENERAL]\n";
-    for (const char* name : {"LIB_FOLDER", "BAK_FOLDER", "ALBUMLIB_NAME", "FREEID_NAME", "ALBUM_COUNT", "ID_COUNT"}) {
-        const QString value = keys.take(QLatin1String(name));
-        if (!value.isNull())
-            ini += QByteArray(name) + '=' + value.toUtf8() + '\n';
-    }
-    for (auto it = keys.begin(); it != keys.end(); ++it) {
+    for (auto it = all.begin(); it != all.end(); ++it)
         if (!it.value().isNull())
-            ini += it.key().toUtf8() + '=' + it.value().toUtf8() + '\n';
-    }
-    writeFile(f.vkt, ini);
+            ini += (it.key() + '=' + it.value()).toUtf8() + '\n';
+    writeFile(vkt, ini);
     return f;
 }
 

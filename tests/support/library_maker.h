@@ -1,16 +1,8 @@
 #pragma once
-// Builds a library on disk for a test: the .vkt file with its [GENERAL] keys,
-// the Trackfile and the IDfile in the data folder. The bytes are put together
-// here by hand, not by the program's writers, so that tests of those writers
-// compare against an independent picture of the file.
-//
-//   LibraryMaker m(env.paths(), env.path("Music.vkt"));
-//   m.track(makeTrack("Abba", "Waterloo", "/m/Abba", "01.mp3")).freeSlot();
-//   const LibraryFiles f = m.write();
+// Builds a library for a test: the .vkt file, the Trackfile and the IDfile, put
+// together by hand, not by the program's writers, whose output they check.
 #include <QByteArray>
 #include <QMap>
-#include <QString>
-#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -19,48 +11,32 @@
 
 namespace sonorit::test {
 
-// A track with plausible values in the columns a test does not care about.
-// The "ID" column is filled in by the maker from the slot.
+// Plausible values in the columns a test does not care about.
 TrackRow makeTrack(const QString& artist, const QString& title, const QString& folder, const QString& filename,
-                   const QString& album = QStringLiteral("Album"));
-
-// The bytes of one Trackfile record: "TRCK" and six digits, big-endian length
-// of the text bytes plus 1, the text, NUL.
+                   const QString& album = "Album");
+// "TRCK" and six digits, big-endian length of the text bytes plus 1, the text, NUL.
 QByteArray trackRecord(int id, const QByteArray& text);
-// The 13 fields joined by "|", as UTF-8.
-QByteArray recordText(const TrackRow& row);
-// 4-byte little-endian integers.
-QByteArray idFileBytes(const std::vector<std::int32_t>& ids);
+QByteArray recordText(const TrackRow& row);                    // the 13 fields joined by "|", UTF-8
+QByteArray idFileBytes(const std::vector<std::int32_t>& ids);  // 4-byte little-endian integers
 
 struct LibraryFiles {
-    QString vkt, trackfile, idfile, mainFolder;
+    QString vkt, trackfile, idfile;
 };
 
-class LibraryMaker {
-public:
-    LibraryMaker(const AppPaths& paths, QString vktPath);
+// LibraryMaker(env.paths(), env.path("Music.vkt")).track(makeTrack(...)).freeSlot().write()
+struct LibraryMaker {
+    LibraryMaker(AppPaths p, QString v) : paths(std::move(p)), vkt(std::move(v)) {}
+    AppPaths paths;
+    QString vkt;
+    std::vector<std::optional<QByteArray>> texts;  // one per slot; nullopt: free, its ID in the IDfile
+    QMap<QString, QString> keys;                   // overrides of [GENERAL]; a null value leaves the key out
 
-    // The next slot holds this track; its ID column becomes "TRACK <slot>".
-    LibraryMaker& track(TrackRow row);
-    // The next slot holds exactly this text (UTF-8 unless given as bytes).
-    LibraryMaker& text(const QByteArray& bytes);
-    // The next slot is free; its ID goes to the IDfile in slot order.
-    LibraryMaker& freeSlot();
-    // Overrides a [GENERAL] key; a null string leaves the key out.
-    LibraryMaker& key(const QString& name, const QString& value);
-    // Replaces the IDfile's entries (by default the free slots).
-    LibraryMaker& freeIds(std::vector<std::int32_t> ids);
-
-    int slotCount() const { return static_cast<int>(slots_.size()); }
-    // Writes the three files and creates the main folder.
+    LibraryMaker& track(TrackRow row);  // its ID column becomes "TRACK <slot>"
+    LibraryMaker& text(std::optional<QByteArray> bytes) { texts.push_back(std::move(bytes)); return *this; }
+    LibraryMaker& freeSlot() { return text(std::nullopt); }
+    LibraryMaker& key(const QString& name, const QString& value) { keys[name] = value; return *this; }
+    // Writes the three files (named after the .vkt) and makes the folder "Main" beside the .vkt.
     LibraryFiles write() const;
-
-private:
-    AppPaths paths_;
-    QString vkt_;
-    std::vector<std::optional<QByteArray>> slots_;  // nullopt: free
-    std::optional<std::vector<std::int32_t>> freeIds_;
-    QMap<QString, QString> keys_;
 };
 
 }  // namespace sonorit::test

@@ -6,7 +6,7 @@
 
 namespace sonorit::test {
 
-struct Mp3Spec {
+struct Mp3Recipe {
     double seconds = 1;
     int sampleRate = 44100;  // kept as it is: LAME may not resample
     int channels = 2;
@@ -17,13 +17,13 @@ struct Mp3Spec {
                              // where the frame can hold it (not at 48 kbit/s and below at 22 kHz)
     double toneHz = 440;
 
-    bool operator<(const Mp3Spec& o) const;
+    bool operator<(const Mp3Recipe& o) const;
 };
 
-// The encoded audio with no tag of any kind; empty if LAME refuses the spec.
-QByteArray makeMp3(const Mp3Spec& spec = {});
+// The encoded audio with no tag of any kind; empty if LAME refuses the recipe.
+QByteArray makeMp3(const Mp3Recipe& recipe = {});
 
-// Writes makeMp3(spec) to `path`; false if the file could not be written.
-bool writeMp3(const QString& path, const Mp3Spec& spec = {});
+// Writes makeMp3(recipe) to `path`; false if the file could not be written.
+bool writeMp3(const QString& path, const Mp3Recipe& recipe = {});
 
 }  // namespace sonorit::test

@@ -1,7 +1,6 @@
 #pragma once
-// A user-interface double: records every message, dialog and progress text
+// A user-interface double: records every message, file dialog and label text
 // and answers from prepared queues.
-#include <QString>
 #include <QStringList>
 #include <deque>
 #include <vector>
@@ -11,64 +10,39 @@
 namespace sonorit::test {
 
 struct RecordedMessage {
-    QString text;
-    QString title;
+    QString text, title;
     Buttons buttons;
     Icon icon;
-    Answer answer;
 };
 
 class ScriptedUi : public UiPort {
 public:
-    std::deque<Answer> answers;          // used in order; afterwards defaultAnswer()
-    std::deque<QString> dialogResults;   // file and folder dialogs, in order; "" when empty
+    std::deque<Answer> answers;         // used in order; then No to questions, Ok to the rest
+    std::deque<QString> dialogResults;  // file and folder dialogs, in order; then ""
     std::vector<RecordedMessage> messages;
     std::vector<FileDialogRequest> fileDialogs;
-    int folderDialogs = 0;
-    QStringList events;  // "lock", "unlock", "label17:...", "label18:...", "caption:..." ...
+    QStringList events;  // "label17:...", "label18:..."
     QString caption;
-    QString label17, label18;
-    int progressMin = 0, progressMax = 0, progressValue = 0;
-    int yields = 0;
-    bool locked = false;
-    bool shielded = false;
+    int progressMax = 0;
+    bool locked = false, shielded = false;
 
     Answer message(const QString& text, const QString& title, Buttons buttons, Icon icon) override
     {
-        Answer a;
-        if (!answers.empty()) {
-            a = answers.front();
-            answers.pop_front();
-        } else {
-            a = buttons == Buttons::YesNo || buttons == Buttons::YesNoCancel ? Answer::No
-                : buttons == Buttons::OkCancel ? Answer::Ok : Answer::Ok;
-        }
-        messages.push_back({text, title, buttons, icon, a});
-        events << QStringLiteral("message:") + title;
-        return a;
+        messages.push_back({text, title, buttons, icon});
+        const bool question = buttons == Buttons::YesNo || buttons == Buttons::YesNoCancel;
+        return !answers.empty() ? take(answers) : question ? Answer::No : Answer::Ok;
     }
-    QString fileDialog(const FileDialogRequest& r) override
-    {
-        fileDialogs.push_back(r);
-        return next();
-    }
-    QString browseForFolder() override
-    {
-        ++folderDialogs;
-        return next();
-    }
-    void lockMainWindow() override { locked = true; events << QStringLiteral("lock"); }
-    void unlockMainWindow() override { locked = false; events << QStringLiteral("unlock"); }
-    void showProgress() override { events << QStringLiteral("showProgress"); }
-    void shieldLibrary() override { shielded = true; events << QStringLiteral("shield"); }
-    void unshieldLibrary() override { shielded = false; events << QStringLiteral("unshield"); }
-    void hideProgress() override { shielded = false; events << QStringLiteral("hideProgress"); }
-    void setLabel17(const QString& t) override { label17 = t; events << QStringLiteral("label17:") + t; }
-    void setLabel18(const QString& t) override { label18 = t; events << QStringLiteral("label18:") + t; }
-    void setProgressRange(int mn, int mx) override { progressMin = mn; progressMax = mx; }
-    void setProgressValue(int v) override { progressValue = v; }
-    void setCaption(const QString& t) override { caption = t; events << QStringLiteral("caption:") + t; }
-    void yield() override { ++yields; }
+    QString fileDialog(const FileDialogRequest& r) override { fileDialogs.push_back(r); return browseForFolder(); }
+    QString browseForFolder() override { return dialogResults.empty() ? QString() : take(dialogResults); }
+    void lockMainWindow() override { locked = true; }
+    void unlockMainWindow() override { locked = false; }
+    void shieldLibrary() override { shielded = true; }
+    void unshieldLibrary() override { shielded = false; }
+    void hideProgress() override { shielded = false; }
+    void setLabel17(const QString& t) override { events << "label17:" + t; }
+    void setLabel18(const QString& t) override { events << "label18:" + t; }
+    void setProgressRange(int, int maximum) override { progressMax = maximum; }
+    void setCaption(const QString& t) override { caption = t; }
 
     QStringList titles() const
     {
@@ -79,13 +53,12 @@ public:
     }
 
 private:
-    QString next()
+    template <typename T>
+    static T take(std::deque<T>& queue)
     {
-        if (dialogResults.empty())
-            return QString();
-        QString r = dialogResults.front();
-        dialogResults.pop_front();
-        return r;
+        T first = queue.front();
+        queue.pop_front();
+        return first;
     }
 };
 

@@ -2,51 +2,38 @@
 
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
-#include <cstdlib>
 
 namespace sonorit::test {
 
 namespace {
-void setEnv(const char* name, const QString& value) { qputenv(name, value.toUtf8()); }
-void restore(const char* name, const QByteArray& value)
-{
-    if (value.isNull())
-        qunsetenv(name);
-    else
-        qputenv(name, value);
+const char* const kVariables[4] = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"};
 }
-}  // namespace
 
 TempEnv::TempEnv()
-    : oldHome_(qgetenv("HOME")), oldData_(qgetenv("XDG_DATA_HOME")), oldConfig_(qgetenv("XDG_CONFIG_HOME")),
-      oldRuntime_(qgetenv("XDG_RUNTIME_DIR"))
 {
-    if (qEnvironmentVariableIsEmpty("XDG_DATA_HOME"))
-        oldData_ = QByteArray();
-    if (qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME"))
-        oldConfig_ = QByteArray();
-    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR"))
-        oldRuntime_ = QByteArray();
-    setEnv("HOME", root());
-    setEnv("XDG_DATA_HOME", path(QStringLiteral(".local/share")));
-    setEnv("XDG_CONFIG_HOME", path(QStringLiteral(".config")));
-    QDir().mkpath(path(QStringLiteral("run")));
-    QFile::setPermissions(path(QStringLiteral("run")), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    setEnv("XDG_RUNTIME_DIR", path(QStringLiteral("run")));
+    const QString values[4] = {root(), path(".local/share"), path(".config"), path("run")};
+    QDir().mkpath(values[3]);
+    QFile::setPermissions(values[3], QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    for (int i = 0; i < 4; ++i) {
+        if (!qEnvironmentVariableIsEmpty(kVariables[i]))
+            saved_[i] = qgetenv(kVariables[i]);
+        qputenv(kVariables[i], values[i].toUtf8());
+    }
 }
 
 TempEnv::~TempEnv()
 {
-    restore("HOME", oldHome_);
-    restore("XDG_DATA_HOME", oldData_);
-    restore("XDG_CONFIG_HOME", oldConfig_);
-    restore("XDG_RUNTIME_DIR", oldRuntime_);
+    for (int i = 0; i < 4; ++i) {
+        if (saved_[i].isNull())
+            qunsetenv(kVariables[i]);
+        else
+            qputenv(kVariables[i], saved_[i]);
+    }
 }
 
 AppPaths TempEnv::paths() const
 {
-    AppPaths p = AppPaths::fromEnvironment(path(QStringLiteral("bin")));
+    AppPaths p = AppPaths::fromEnvironment(path("bin"));
     QDir().mkpath(p.Data_Folder);
     QDir().mkpath(p.Music_Folder);
     return p;
@@ -55,9 +42,7 @@ AppPaths TempEnv::paths() const
 QByteArray readFile(const QString& path)
 {
     QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return QByteArray();
-    return f.readAll();
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 void writeFile(const QString& path, const QByteArray& bytes)

@@ -1,6 +1,7 @@
 #pragma once
 // A private HOME with its XDG folders for one test, so that settings, data
-// folder and the music folder never touch the real user's files.
+// folder and the music folder never touch the real user's files. Programs
+// started meanwhile inherit them.
 #include <QByteArray>
 #include <QString>
 #include <QTemporaryDir>
@@ -19,7 +20,7 @@ public:
 
 private:
     QTemporaryDir dir_;
-    QByteArray oldHome_, oldData_, oldConfig_, oldRuntime_;
+    QByteArray saved_[4];  // null: was unset or empty
 };
 
 QByteArray readFile(const QString& path);

@@ -1,12 +1,17 @@
 #pragma once
-// What the writer tests share: a writer run on bytes in memory, and the
-// frames of what came out.
-#include <QBuffer>
-#include <QStringList>
+// What the tag-engine tests share: headers, a writer run in memory, the frames written.
+#include <gtest/gtest.h>
 
+#include <QBuffer>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include "tags/id3v2_reader.h"
 #include "tags/id3v2_writer.h"
-#include "tests/support/qt_gtest_print.h"
+#include "tags/mpeg_info.h"
+#include "tests/support/mp3_maker.h"
 #include "tests/support/tag_bytes.h"
+#include "tests/support/temp_env.h"
 
 namespace sonorit::test {
 
@@ -19,8 +24,8 @@ inline TagOptions defaultTagOptions()
     return o;
 }
 
-// The new file, or "failed".
-inline QByteArray writeInMemory(Tag2Writer writer, TagState& state, const TagOptions& options, const QByteArray& input)
+// The file a writer makes of `input`, or "failed".
+inline QByteArray written(Tag2Writer writer, TagState& state, const TagOptions& options, const QByteArray& input)
 {
     MemorySource src(input);
     QBuffer out;
@@ -29,23 +34,20 @@ inline QByteArray writeInMemory(Tag2Writer writer, TagState& state, const TagOpt
 }
 
 // The frame names of a v2.3 tag in order, an APIC with its picture type:
-// "TIT2 APIC:3", "APIC:?" when the type would lie outside the frame.
+// "TIT2 APIC:3", or "APIC:?" when the type would lie outside the frame.
 inline QString frameIds(const QByteArray& file)
 {
     QStringList ids;
     const auto b = [&](qsizetype i) { return qsizetype(quint8(file.at(i))); };
     const qsizetype end = file.startsWith("ID3") ? 10 + (b(6) << 21 | b(7) << 14 | b(8) << 7 | b(9)) : 0;
-    for (qsizetype p = 10, size = 0; p + 10 <= end && p + 10 <= file.size(); p += 10 + size) {
+    for (qsizetype p = 10, size = 0; p + 10 <= qMin(end, file.size()); p += 10 + size) {
         size = b(p + 4) << 24 | b(p + 5) << 16 | b(p + 6) << 8 | b(p + 7);
         ids << QString::fromLatin1(file.mid(p, 4));
-        const qsizetype type = file.indexOf('\0', p + 11) + 1;  // "?" when outside the frame
+        const qsizetype type = file.indexOf('\0', p + 11) + 1;
         if (ids.back() == QLatin1String("APIC"))
-            ids.back() += QLatin1Char(':') + (type < p + 10 + size ? QString::number(b(type)) : QStringLiteral("?"));
+            ids.back() += ':' + (type < p + 10 + size ? QString::number(b(type)) : QStringLiteral("?"));
     }
-    return ids.join(QLatin1Char(' '));
+    return ids.join(' ');
 }
-
-// Three audio frames and an ID3v1 tag.
-inline QByteArray audioWithTag1() { return repeat(mp3Frame(), 3) + QByteArray("TAG").leftJustified(128, ' '); }
 
 }  // namespace sonorit::test

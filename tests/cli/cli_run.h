@@ -1,0 +1,34 @@
+#pragma once
+// Runs sonorit-cli as a separate program. It inherits HOME and XDG_* of the
+// private home that a TempEnv of the test has set for this process.
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <vector>
+
+namespace sonorit::test {
+
+struct CliRun {
+    int exitCode = -1;              // -1: crashed or hung
+    QStringList out;                // lines of standard output
+    QString err;                    // standard error, and its JSON lines
+    std::vector<QJsonObject> json;
+};
+
+inline CliRun runCli(const QStringList& args)
+{
+    QProcess p;
+    p.start(SONORIT_CLI_PATH, args);
+    CliRun r;
+    if (!p.waitForFinished(30000) || p.exitStatus() != QProcess::NormalExit)
+        return r;
+    r.exitCode = p.exitCode();
+    r.out = QString::fromUtf8(p.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+    r.err = QString::fromUtf8(p.readAllStandardError());
+    for (const QString& line : r.err.split('\n', Qt::SkipEmptyParts))
+        if (const QJsonDocument d = QJsonDocument::fromJson(line.toUtf8()); d.isObject())
+            r.json.push_back(d.object());
+    return r;
+}
+
+}  // namespace sonorit::test
