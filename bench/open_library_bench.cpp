@@ -8,19 +8,13 @@
 #include "shell/app_state.h"
 #include "shell/ui_port.h"
 #include "tests/support/library_maker.h"
+#include "tests/support/scripted_ui.h"
 #include "tests/support/temp_env.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
 
 namespace {
-
-class QuietUi : public UiPort {
-public:
-    Answer message(const QString&, const QString&, Buttons, Icon) override { return Answer::Ok; }
-    QString fileDialog(const FileDialogRequest&) override { return QString(); }
-    QString browseForFolder() override { return QString(); }
-};
 
 double peakMegabytes()
 {
@@ -55,7 +49,7 @@ void BM_OpenLibrary30000(benchmark::State& state)
     TempEnv env;
     const LibraryFiles files = makeLibrary(env, 30000);
     const double before = peakMegabytes();
-    QuietUi ui;
+    ScriptedUi ui;  // answers nothing is asked
     int rows = 0;
     for (auto _ : state) {
         AppState app(env.paths());

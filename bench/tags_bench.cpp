@@ -19,19 +19,13 @@
 #include "tags/track_seconds.h"
 #include "tests/support/mp3_maker.h"
 #include "tests/support/tag_bytes.h"
+#include "tests/support/scripted_ui.h"
 #include "tests/support/temp_env.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
 
 namespace {
-
-class QuietUi : public UiPort {
-public:
-    Answer message(const QString&, const QString&, Buttons, Icon) override { return Answer::Ok; }
-    QString fileDialog(const FileDialogRequest&) override { return QString(); }
-    QString browseForFolder() override { return QString(); }
-};
 
 QByteArray makeTrack(int i)
 {
@@ -104,7 +98,7 @@ TagOptions options()
 void BM_ReadTrack(benchmark::State& state)
 {
     Corpus& c = corpus();
-    QuietUi ui;
+    ScriptedUi ui;  // answers nothing is asked
     TagState tags(c.data);
     int i = 0;
     for (auto _ : state) {
@@ -137,7 +131,7 @@ void BM_RewriteAndSwap(benchmark::State& state)
 {
     Corpus& c = corpus();
     const TagOptions o = options();
-    QuietUi ui;
+    ScriptedUi ui;  // answers nothing is asked
     int i = 0;
     for (auto _ : state) {
         const int n = i++ % c.files.size();

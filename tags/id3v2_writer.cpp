@@ -168,17 +168,7 @@ bool Write_Tag2(Tag2Writer writer, TagState& state, const TagOptions& options, B
 bool Write_Tag2(Tag2Writer writer, TagState& state, const TagOptions& options, const QString& source,
                 const QString& target)
 {
-    try {
-        if (Same_File(source, target))
-            return false;
-        FileSource in(source);
-        // Without audio the target is not touched at all.
-        if (!in.isOpen() || !Is_Mpeg(in))
-            return false;
-        return Build_New_File(target, [&](QIODevice& out) { return Write_Tag2(writer, state, options, in, out); });
-    } catch (...) {
-        return false;
-    }
+    return Build_From_Audio(source, target, [&](ByteSource& in, QIODevice& out) { return Write_Tag2(writer, state, options, in, out); });
 }
 
 }  // namespace sonorit

@@ -1,5 +1,7 @@
 #include "id3v2_writer_target.h"
 
+#include "mpeg_info.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -43,6 +45,21 @@ bool Build_New_File(const QString& target, const std::function<bool(QIODevice&)>
     if (!ok)
         QFile::remove(target);
     return ok;
+}
+
+bool Build_From_Audio(const QString& source, const QString& target,
+                      const std::function<bool(ByteSource&, QIODevice&)>& build)
+{
+    try {
+        if (Same_File(source, target))
+            return false;
+        FileSource in(source);
+        if (!in.isOpen() || !Is_Mpeg(in))
+            return false;
+        return Build_New_File(target, [&](QIODevice& out) { return build(in, out); });
+    } catch (...) {
+        return false;
+    }
 }
 
 bool Same_File(const QString& a, const QString& b)

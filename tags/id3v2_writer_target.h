@@ -21,6 +21,10 @@ bool Copy_Source_Range(ByteSource& source, qint64 position, qint64 count, QIODev
 // again; only a complete file remains.
 bool Build_New_File(const QString& target, const std::function<bool(QIODevice&)>& build);
 
+// Builds `target` from the audio file `source`: refused when both are one
+// file, and without audio the target is not touched at all.
+bool Build_From_Audio(const QString& source, const QString& target,
+                      const std::function<bool(ByteSource&, QIODevice&)>& build);
 // True when both paths name the same existing file: a writer must never
 // delete its own source as its target.
 bool Same_File(const QString& a, const QString& b);

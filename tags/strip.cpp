@@ -20,17 +20,7 @@ bool Strip_Tag2(ByteSource& source, QIODevice& target)
 
 bool Strip_Tag2(const QString& source, const QString& target)
 {
-    try {
-        if (Same_File(source, target))
-            return false;
-        FileSource in(source);
-        // Without audio the target is not touched at all.
-        if (!in.isOpen() || !Is_Mpeg(in))
-            return false;
-        return Build_New_File(target, [&](QIODevice& out) { return Strip_Tag2(in, out); });
-    } catch (...) {
-        return false;
-    }
+    return Build_From_Audio(source, target, [&](ByteSource& in, QIODevice& out) { return Strip_Tag2(in, out); });
 }
 
 }  // namespace sonorit
