@@ -56,15 +56,21 @@ void Add_Tail(QByteArray& out, const TagOptions& o, const QString& va, const QSt
         out += Comment_Frame(comment.language, comment.description, comment.text);
 }
 
+// TPE1 TALB TRCK TYER TIT2: how the panel and quick writers begin a tag.
+void Add_Leading_Frames(QByteArray& frames, const TagOptions& o, const Tag2FieldSet& f)
+{
+    Add_Text(frames, "TPE1", f.Artist);
+    Add_Text(frames, "TALB", f.Album);
+    Add_Text(frames, "TRCK", f.Track, o[TagOption::Tracknumber]);
+    Add_Text(frames, "TYER", f.Year, o[TagOption::Year]);
+    Add_Text(frames, "TIT2", f.Title);
+}
+
 OwnTag Panel_Tag(TagState& s, const TagOptions& o, KeepRules& rules)
 {
     const Tag2FieldSet& f = s.Tag2_Fields;
     OwnTag tag;
-    Add_Text(tag.frames, "TPE1", f.Artist);
-    Add_Text(tag.frames, "TALB", f.Album);
-    Add_Text(tag.frames, "TRCK", f.Track, o[TagOption::Tracknumber]);
-    Add_Text(tag.frames, "TYER", f.Year, o[TagOption::Year]);
-    Add_Text(tag.frames, "TIT2", f.Title);
+    Add_Leading_Frames(tag.frames, o, f);
     Add_Tail(tag.frames, o, f.VA, f.Length, f.Genre, f.Frames,
              Compare_Comment(f.Comment, s.Comment_Text_Read, s.Comment_Language, s.Comment_Description));
     if (o[TagOption::CoverPicture] && s.Cover_Changed) {
@@ -101,11 +107,7 @@ OwnTag Quick_Tag(const TagState& s, const TagOptions& o)
 {
     const Tag2FieldSet& f = s.Tag2_Quick_Fields;
     OwnTag tag;
-    Add_Text(tag.frames, "TPE1", f.Artist);
-    Add_Text(tag.frames, "TALB", f.Album);
-    Add_Text(tag.frames, "TRCK", f.Track, o[TagOption::Tracknumber]);
-    Add_Text(tag.frames, "TYER", f.Year, o[TagOption::Year]);
-    Add_Text(tag.frames, "TIT2", f.Title);
+    Add_Leading_Frames(tag.frames, o, f);
     Add_Tail(tag.frames, o, f.VA, f.Length, f.Genre, f.Frames, {QStringLiteral("eng"), QString(), f.Comment});
     return tag;
 }
