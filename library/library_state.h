@@ -2,6 +2,7 @@
 // What the library keeps in memory besides the global paths: the list, the
 // slot counter and the free IDs, the search lists and the naming rules.
 #include <QString>
+#include <QStringList>
 #include <cstdint>
 #include <vector>
 
@@ -13,6 +14,7 @@ namespace sonorit {
 
 struct AppState;
 class UiPort;
+class DurationProbe;
 
 // Lets tests make a record writer fail at a named step, as a full disk or a
 // vanished folder would.
@@ -29,6 +31,22 @@ struct LibraryState {
     SearchLists search;
     NamingState naming;
     FaultInjector* faults = nullptr;
+    // Measures a track whose first frame is damaged; none in tests that do
+    // not need it.
+    DurationProbe* durations = nullptr;
+    // Start folder of the import file dialog; "" means the music folder.
+    QString Last_Import_Folder;
+    // The paths of the playlist's tracks, which a rename or relocate keeps
+    // pointing at the moved file.
+    QStringList Playlist_Paths;
+    // Where the record appended last starts and how long it is, so that the
+    // relocation that follows an import rewrites it in place instead of
+    // copying the whole Trackfile.
+    struct LastRecord {
+        int id = 0;
+        qint64 offset = -1;
+        qint64 size = 0;
+    } lastRecord;
 
     int Free_ID_Count() const { return static_cast<int>(Free_IDs.size()); }
     bool failAt(const char* step) const { return faults && faults->fail(step); }

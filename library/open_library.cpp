@@ -22,17 +22,6 @@ const QString kGeneral = QStringLiteral("GENERAL");
 const QString kCaption = QStringLiteral("ZEV's MP3 Sonorit");
 const QString kCrLf = QStringLiteral("\r\n");
 
-// Blanks only, as the old runtime's Trim.
-QString trimBlanks(const QString& s)
-{
-    int a = 0, b = s.size();
-    while (a < b && s[a] == QLatin1Char(' '))
-        ++a;
-    while (b > a && s[b - 1] == QLatin1Char(' '))
-        --b;
-    return (a == 0 && b == s.size()) ? s : s.mid(a, b - a);
-}
-
 QString invalidItemsText(const QStringList& f)
 {
     static const char* names[] = {"Artist: ", "Album: ", "Track: ", "Title: ", "Time: ", "Year: ", "Genre: ",
@@ -48,10 +37,10 @@ QString invalidItemsText(const QStringList& f)
 TrackRow rowFromFields(const QStringList& f)
 {
     TrackRow row;
-    row[0] = trimBlanks(f[0]);
+    row[0] = Trim(f[0]);
     const int last = std::min(12, static_cast<int>(f.size()) - 1);
     for (int n = 1; n <= last; ++n)
-        row[n] = (n == 1 || n == 3) ? trimBlanks(f[n]) : f[n];
+        row[n] = (n == 1 || n == 3) ? Trim(f[n]) : f[n];
     return row;
 }
 
@@ -68,6 +57,7 @@ void forgetLibrary(LibraryContext& c)
     a.Quarantaine_Folder.clear();
     c.lib.ID_COUNT = 0;
     c.lib.Free_IDs.clear();
+    c.lib.lastRecord = {};
 }
 
 void failureOfOpen(LibraryContext& c, OpenVia via)
@@ -172,9 +162,9 @@ ReadOutcome readRecords(LibraryContext& c, const QByteArray& file, int trackTota
         if (accept) {
             TrackRow row = rowFromFields(fields);
             if (searchInLoop) {
-                c.lib.search.Add_Search_Artist(trimBlanks(row[ColArtist]));
-                c.lib.search.Add_Search_Album(trimBlanks(row[ColAlbum]));
-                c.lib.search.Add_Search_Title(trimBlanks(row[ColTitle]));
+                c.lib.search.Add_Search_Artist(Trim(row[ColArtist]));
+                c.lib.search.Add_Search_Album(Trim(row[ColAlbum]));
+                c.lib.search.Add_Search_Title(Trim(row[ColTitle]));
             }
             list.append(std::move(row));
         }
@@ -294,9 +284,9 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
             for (int i = 0; i < list.count(); ++i) {
                 c.ui.setProgressValue(i + 1);
                 c.ui.setLabel18(list.field(i, ColFilename));
-                c.lib.search.Add_Search_Artist(trimBlanks(list.field(i, ColArtist)));
-                c.lib.search.Add_Search_Album(trimBlanks(list.field(i, ColAlbum)));
-                c.lib.search.Add_Search_Title(trimBlanks(list.field(i, ColTitle)));
+                c.lib.search.Add_Search_Artist(Trim(list.field(i, ColArtist)));
+                c.lib.search.Add_Search_Album(Trim(list.field(i, ColAlbum)));
+                c.lib.search.Add_Search_Title(Trim(list.field(i, ColTitle)));
             }
             list.select(0);
         }

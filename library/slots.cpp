@@ -85,28 +85,26 @@ int Track_ID_Of(const QString& idColumn)
     return static_cast<int>(Val(idColumn.mid(6)));
 }
 
+bool Remove_Track_Record(LibraryContext& c, int id)
+{
+    // Each record writer makes its five attempts itself.
+    if (id != c.lib.ID_COUNT) {
+        if (!Blank_Track_Record(c, id))
+            return false;
+        c.lib.Free_IDs.push_back(id);
+        Write_IDfile(c);
+        return true;
+    }
+    if (!Truncate_At_Track_Record(c, id))
+        return false;
+    --c.lib.ID_COUNT;
+    Write_ID_Count(c);
+    return true;
+}
+
 void Remove_Track_Row(LibraryContext& c, int row)
 {
-    const int id = Track_ID_Of(c.lib.MP3_List.field(row, ColID));
-    bool done = false;
-    for (int attempt = 0; attempt < 5 && !done; ++attempt) {
-        if (attempt)
-            c.ui.yield();
-        if (id != c.lib.ID_COUNT) {
-            done = Blank_Track_Record(c, id);
-            if (done) {
-                c.lib.Free_IDs.push_back(id);
-                Write_IDfile(c);
-            }
-        } else {
-            done = Truncate_At_Track_Record(c, id);
-            if (done) {
-                --c.lib.ID_COUNT;
-                Write_ID_Count(c);
-            }
-        }
-    }
-    if (!done)
+    if (!Remove_Track_Record(c, Track_ID_Of(c.lib.MP3_List.field(row, ColID))))
         return;
     c.lib.MP3_List.removeAt(row);
     Write_Album_Count(c);

@@ -19,6 +19,10 @@ bool Write_Album_Count(LibraryContext& c);
 // "TRACK " followed by the ID handed out; "" when the library already holds
 // 32767 slots and none is free, so that ID_COUNT never leaves 16 bits.
 QString Get_ID(LibraryContext& c);
+// Frees a track's slot: the last slot is cut off the Trackfile and ID_COUNT
+// lowered, any other is blanked and its ID kept for reuse. False when the
+// Trackfile could not be changed.
+bool Remove_Track_Record(LibraryContext& c, int id);
 // Takes a track's record and row out of the library.
 void Remove_Track_Row(LibraryContext& c, int row);
 // The number in an "ID" column ("TRACK 37" gives 37).

@@ -30,7 +30,6 @@ void finish(LibraryContext& c)
 // the old Trackfile back.
 bool sortOnce(LibraryContext& c)
 {
-    TrackList& list = c.lib.MP3_List;
     deleteUntilGone(tempId(c), &c.ui);
     deleteUntilGone(tempTrack(c), &c.ui);
     copyFileKeepingTime(c.app.IDfile, tempId(c));  // a missing IDfile is rebuilt empty anyway
@@ -41,6 +40,22 @@ bool sortOnce(LibraryContext& c)
         return false;
 
     c.ui.setLabel17(QStringLiteral("Sorting Library File"));
+    if (!Write_Records_In_List_Order(c))
+        return false;
+    QSaveFile ids(c.app.IDfile);
+    if (c.lib.failAt("sort-idfile") || !ids.open(QIODevice::WriteOnly) || !ids.commit()) {
+        copyFileKeepingTime(tempTrack(c), c.app.Trackfile);  // replaces the new file only once complete
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool Write_Records_In_List_Order(LibraryContext& c)
+{
+    const TrackList& list = c.lib.MP3_List;
+    c.lib.lastRecord = {};
     QSaveFile out(c.app.Trackfile);
     if (!out.open(QIODevice::WriteOnly))
         return false;
@@ -58,17 +73,25 @@ bool sortOnce(LibraryContext& c)
         c.ui.setProgressValue(i);
         c.ui.yield();
     }
-    if (c.lib.failAt("sort-commit") || !out.commit())
-        return false;
-    QSaveFile ids(c.app.IDfile);
-    if (c.lib.failAt("sort-idfile") || !ids.open(QIODevice::WriteOnly) || !ids.commit()) {
-        copyFileKeepingTime(tempTrack(c), c.app.Trackfile);  // replaces the new file only once complete
-        return false;
-    }
-    return true;
+    return !c.lib.failAt("sort-commit") && out.commit();
 }
 
-}  // namespace
+void Renumber_List_And_Counts(LibraryContext& c)
+{
+    TrackList& list = c.lib.MP3_List;
+    list.beginBulk();
+    for (int i = 0; i < list.count(); ++i)
+        list.setField(i, ColID, QStringLiteral("TRACK ") + QString::number(i + 1));
+    list.endBulk();
+    c.lib.Free_IDs.clear();
+    c.lib.ID_COUNT = list.count();
+    Write_ID_Count(c);
+    // The rewrite leaves no free slot, so both counts are the item count. A
+    // stale ALBUM_COUNT (from a repair that dropped tracks, or a hand-edited
+    // file) would otherwise promise free IDs that the empty IDfile cannot
+    // give, and every later open would repair again.
+    Write_Album_Count(c);
+}
 
 bool Sort_Library_File(LibraryContext& c)
 {
@@ -86,20 +109,9 @@ bool Sort_Library_File(LibraryContext& c)
 
     for (int attempt = 0; attempt < 5; ++attempt) {
         if (sortOnce(c)) {
-            list.beginBulk();
-            for (int i = 0; i < list.count(); ++i)
-                list.setField(i, ColID, QStringLiteral("TRACK ") + QString::number(i + 1));
-            list.endBulk();
             QFile::remove(tempId(c));
             QFile::remove(tempTrack(c));
-            c.lib.Free_IDs.clear();
-            c.lib.ID_COUNT = list.count();
-            Write_ID_Count(c);
-            // The rewrite leaves no free slot, so both counts are the item
-            // count. A stale ALBUM_COUNT (from a repair that dropped tracks, or
-            // a hand-edited file) would otherwise promise free IDs that the
-            // empty IDfile cannot give, and every later open would repair again.
-            Write_Album_Count(c);
+            Renumber_List_And_Counts(c);
             finish(c);
             return true;
         }

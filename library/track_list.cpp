@@ -54,6 +54,7 @@ void TrackList::setRow(int index, const TrackRow& row)
 void TrackList::insert(int index, TrackRow row)
 {
     rows_.insert(rows_.begin() + index, std::move(row));
+    marked_.insert(marked_.begin() + index, 0);
     if (selected_ >= index)
         ++selected_;
     notifyReset();
@@ -62,12 +63,15 @@ void TrackList::insert(int index, TrackRow row)
 void TrackList::append(TrackRow row)
 {
     rows_.push_back(std::move(row));
+    marked_.push_back(0);
     notifyReset();
 }
 
 void TrackList::removeAt(int index)
 {
     rows_.erase(rows_.begin() + index);
+    markedCount_ -= marked_[static_cast<size_t>(index)];
+    marked_.erase(marked_.begin() + index);
     if (selected_ == index)
         selected_ = -1;
     else if (selected_ > index)
@@ -78,6 +82,8 @@ void TrackList::removeAt(int index)
 void TrackList::clear()
 {
     rows_.clear();
+    marked_.clear();
+    markedCount_ = 0;
     selected_ = -1;
     notifyReset();
 }
@@ -98,21 +104,63 @@ void TrackList::sortByColumn(int column, bool ascending)
         return ascending ? c < 0 : c > 0;
     });
     std::vector<TrackRow> sorted;
+    std::vector<char> marks(rows_.size());
     sorted.reserve(rows_.size());
     int newSelected = -1;
     for (size_t i = 0; i < order.size(); ++i) {
         if (keep && &rows_[static_cast<size_t>(order[i])] == keep)
             newSelected = static_cast<int>(i);
+        marks[i] = marked_[static_cast<size_t>(order[i])];
         sorted.push_back(std::move(rows_[static_cast<size_t>(order[i])]));
     }
     rows_ = std::move(sorted);
+    marked_ = std::move(marks);
     selected_ = newSelected;
     notifyReset();
 }
 
+void TrackList::unmarkAll()
+{
+    // Mostly one row is selected, and that one is the current row.
+    if (markedCount_ == 1 && selected_ >= 0 && marked_[static_cast<size_t>(selected_)])
+        marked_[static_cast<size_t>(selected_)] = 0;
+    else if (markedCount_ > 0)
+        std::fill(marked_.begin(), marked_.end(), 0);
+    markedCount_ = 0;
+}
+
+void TrackList::setSelection(const std::vector<int>& rows, int current)
+{
+    unmarkAll();
+    for (const int r : rows) {
+        if (r >= 0 && r < count() && !marked_[static_cast<size_t>(r)]) {
+            marked_[static_cast<size_t>(r)] = 1;
+            ++markedCount_;
+        }
+    }
+    selected_ = (current >= 0 && current < count()) ? current : -1;
+    if (observer_ && bulk_ == 0)
+        observer_->selectionChanged(selected_);
+}
+
+std::vector<int> TrackList::selectedRows() const
+{
+    std::vector<int> rows;
+    for (int i = 0; i < count() && static_cast<int>(rows.size()) < markedCount_; ++i) {
+        if (marked_[static_cast<size_t>(i)])
+            rows.push_back(i);
+    }
+    return rows;
+}
+
 void TrackList::select(int index)
 {
+    unmarkAll();
     selected_ = (index >= 0 && index < count()) ? index : -1;
+    if (selected_ >= 0) {
+        marked_[static_cast<size_t>(selected_)] = 1;
+        markedCount_ = 1;
+    }
     if (observer_ && bulk_ == 0)
         observer_->selectionChanged(selected_);
 }

@@ -46,9 +46,15 @@ public:
     // sorting on "Filename" and then on "Folder" gives folder-major order.
     void sortByColumn(int column, bool ascending = true);
 
-    // The selected row, -1 for none.
+    // The selected row, -1 for none. Selecting a row makes it the whole
+    // selection.
     int selected() const { return selected_; }
     void select(int index);
+    // Several rows selected, `current` the one that counts as the selected row.
+    void setSelection(const std::vector<int>& rows, int current);
+    // All selected rows, rising.
+    std::vector<int> selectedRows() const;
+    bool isSelected(int index) const { return marked_[static_cast<size_t>(index)] != 0; }
 
     bool hidden() const { return hidden_; }
     void setHidden(bool hidden);
@@ -64,7 +70,11 @@ public:
 private:
     void notifyReset();
 
+    void unmarkAll();
+
     std::vector<TrackRow> rows_;
+    std::vector<char> marked_;  // the selection, moving with the rows
+    int markedCount_ = 0;
     int selected_ = -1;
     bool hidden_ = false;
     int bulk_ = 0;

@@ -108,6 +108,7 @@ Outcome spliceOnce(LibraryContext& c, int id, Splice kind, const QByteArray& tex
 
 bool splice(LibraryContext& c, int id, Splice kind, const QByteArray& text)
 {
+    c.lib.lastRecord = {};  // offsets behind the slot move
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         switch (spliceOnce(c, id, kind, text)) {
         case Outcome::Done:
@@ -120,6 +121,36 @@ bool splice(LibraryContext& c, int id, Splice kind, const QByteArray& text)
         }
     }
     return false;
+}
+
+// The record appended last, rewritten where it stands: what follows an import
+// (the relocation of the new track) then costs one record, not a copy of the
+// whole Trackfile. Taken only when the file still ends with exactly that
+// record; a failure puts the old record back.
+enum class InPlace { Done, Failed, NotApplicable };
+
+InPlace replaceLastRecord(LibraryContext& c, int id, const QByteArray& record)
+{
+    const LibraryState::LastRecord last = c.lib.lastRecord;
+    if (last.id != id || last.offset < 0)
+        return InPlace::NotApplicable;
+    QFile f(c.app.Trackfile);
+    if (!f.open(QIODevice::ReadWrite) || f.size() != last.offset + last.size || !f.seek(last.offset))
+        return InPlace::NotApplicable;
+    const QByteArray old = f.read(last.size);
+    if (old.size() != last.size || old.left(10) != Track_Tag(id) || lengthOf(old.constData()) != quint32(last.size - kHeaderSize))
+        return InPlace::NotApplicable;
+    const bool ok = f.resize(last.offset) && f.seek(last.offset) && !c.lib.failAt("write-record")
+                    && f.write(record) == record.size() && f.flush();
+    if (ok) {
+        c.lib.lastRecord.size = record.size();
+        return InPlace::Done;
+    }
+    f.resize(last.offset);
+    if (f.seek(last.offset))
+        f.write(old);
+    f.flush();
+    return InPlace::Failed;
 }
 
 }  // namespace
@@ -170,7 +201,18 @@ bool Replace_Track_Record(LibraryContext& c, int id, const QString& text)
     const QByteArray bytes = text.toUtf8();
     if (bytes.size() > kMaxTextBytes)
         return false;
-    return splice(c, id, Splice::Replace, bytes);
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        switch (replaceLastRecord(c, id, Encode_Track_Record(id, text))) {
+        case InPlace::Done:
+            return true;
+        case InPlace::NotApplicable:
+            return splice(c, id, Splice::Replace, bytes);
+        case InPlace::Failed:
+            c.ui.yield();
+            break;
+        }
+    }
+    return false;
 }
 
 bool Blank_Track_Record(LibraryContext& c, int id)
@@ -201,8 +243,10 @@ bool Append_Track_Record(LibraryContext& c, int id, const QString& text)
         const bool ok = f.seek(oldSize) && f.write(record.constData(), half) == half && !c.lib.failAt("append")
                         && f.write(record.constData() + half, record.size() - half) == record.size() - half
                         && f.flush();
-        if (ok)
+        if (ok) {
+            c.lib.lastRecord = {id, oldSize, record.size()};
             return true;
+        }
         f.resize(oldSize);
         f.close();
         c.ui.yield();

@@ -6,6 +6,9 @@
 
 #include "ui_port.h"
 
+#include <cerrno>
+#include <cstdio>
+
 namespace sonorit {
 
 bool copyBlocks(QIODevice& in, QIODevice& out, qint64 count)
@@ -42,6 +45,23 @@ bool copyFileKeepingTime(const QString& source, const QString& target)
     QFile done(target);
     if (done.open(QIODevice::ReadWrite))
         done.setFileTime(modified, QFileDevice::FileModificationTime);
+    return true;
+}
+
+bool moveFile(const QString& source, const QString& target)
+{
+    const QByteArray from = QFile::encodeName(source);
+    const QByteArray to = QFile::encodeName(target);
+    if (::rename(from.constData(), to.constData()) == 0)
+        return true;
+    if (errno != EXDEV)
+        return false;
+    if (!copyFileKeepingTime(source, target))
+        return false;
+    if (!QFile::remove(source)) {
+        QFile::remove(target);  // the source stays the one copy
+        return false;
+    }
     return true;
 }
 

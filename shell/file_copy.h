@@ -15,6 +15,11 @@ bool copyBlocks(QIODevice& in, QIODevice& out, qint64 count);
 // the original platform does. The target is replaced only when complete.
 bool copyFileKeepingTime(const QString& source, const QString& target);
 
+// Moves a file. Within one file system this is a rename; across file systems
+// the file is copied beside its target, put in place complete, and only then
+// is the source deleted, so that no failure leaves the file nowhere.
+bool moveFile(const QString& source, const QString& target);
+
 // Deletes a file, retrying while serving the queue until it is gone or
 // `attempts` rounds have passed (0: until gone or the file cannot be deleted
 // at all because it is not there).

@@ -74,6 +74,16 @@ QString Clean_File_Name(const QString& text)
     return out;
 }
 
+QString Trim(const QString& s)
+{
+    qsizetype a = 0, b = s.size();
+    while (a < b && s[a] == QLatin1Char(' '))
+        ++a;
+    while (b > a && s[b - 1] == QLatin1Char(' '))
+        --b;
+    return (a == 0 && b == s.size()) ? s : s.mid(a, b - a);
+}
+
 QString Join_Dialog_Selection(const QStringList& paths)
 {
     if (paths.isEmpty())

@@ -14,6 +14,8 @@ bool File_Exists(const QString& path);
 QString Format_Seconds(long long seconds);
 QString Format_Seconds_Short(long long seconds);
 QString Clean_File_Name(const QString& text);
+// Blanks cut from both ends, as the old runtime's Trim (tabs stay).
+QString Trim(const QString& text);
 
 // The text a file dialog hands back for a selection: one path as it is,
 // several as the folder followed by the names, joined by "|".

@@ -1,0 +1,154 @@
+#include "naming_builders.h"
+
+#include <QDir>
+
+#include "shell/app_state.h"
+#include "shell/helpers.h"
+
+namespace sonorit {
+
+namespace {
+
+QString prefixFolder(const QString& artist)
+{
+    const QString cleaned = Clean_File_Name(Trim(artist));
+    if (cleaned.isEmpty())
+        return QString();
+    const QChar first = cleaned.left(1).toUpper()[0];
+    if (first >= QLatin1Char('0') && first <= QLatin1Char('9'))
+        return QStringLiteral("0-9");
+    if (first >= QLatin1Char('A') && first <= QLatin1Char('Z'))
+        return QString(first);
+    return QStringLiteral("_#_");  // by character code, so accented letters too
+}
+
+// Each level is made as the name grows; a folder that exists or cannot be
+// made passes in silence, and the caller learns of it when the move fails.
+void addLevel(QString& path, const QString& level)
+{
+    path += QLatin1Char('/') + level;
+    QDir().mkdir(path);
+}
+
+}  // namespace
+
+QString Make_Track_Folder(const NamingRules& rules, const QString& libraryFolder, int list, const QString& artist,
+                          const QString& album, const QString& genre, const QString& year)
+{
+    QString path = libraryFolder.left(libraryFolder.size() - 1);
+    if (list < 2 || list > 3)
+        return path;
+    if (list == 2 && rules.prefix) {
+        const QString prefix = prefixFolder(artist);
+        if (!prefix.isEmpty())
+            addLevel(path, prefix);
+    }
+    for (const DetailRow& row : rules.folderLists[static_cast<size_t>(list - 2)]) {
+        if (!row.checked)
+            continue;
+        const QString name = Trim(row.name);
+        QString value;
+        if (name == QLatin1String("Artist"))
+            value = Clean_File_Name(Trim(artist));
+        else if (name == QLatin1String("Album"))
+            value = Clean_File_Name(Trim(album));
+        else if (name == QLatin1String("Genre"))
+            value = Clean_File_Name(Trim(genre));
+        else if (name == QLatin1String("Year"))
+            value = Clean_File_Name(Trim(year));
+        else if (name == QLatin1String("Various Artists"))
+            value = name;
+        if (!value.isEmpty())
+            addLevel(path, value);
+    }
+    return path;
+}
+
+QString Make_Track_Folder(LibraryContext& c, int list, const QString& artist, const QString& album,
+                          const QString& genre, const QString& year)
+{
+    return Make_Track_Folder(c.lib.naming.working, c.app.Library_Main_Folder, list, artist, album, genre, year);
+}
+
+QString Make_Track_Filename(const NamingRules& rules, int list, int tracknumber, const QString& artist,
+                            const QString& album, const QString& title, const QString& genre, const QString& year)
+{
+    if (list < 0 || list > 1)
+        return QStringLiteral(".mp3");
+    const auto& rows = rules.fileLists[static_cast<size_t>(list)];
+    int remaining = 0;
+    for (const DetailRow& row : rows)
+        remaining += row.checked ? 1 : 0;
+    const QString separator = separatorText(rules.separators[static_cast<size_t>(list)]);
+    QString name;
+    for (const DetailRow& row : rows) {
+        if (!row.checked)
+            continue;
+        const QString detail = Trim(row.name);
+        if (detail == QLatin1String("Artist"))
+            name += Clean_File_Name(Trim(artist));
+        else if (detail == QLatin1String("Album"))
+            name += Clean_File_Name(Trim(album));
+        else if (detail == QLatin1String("Title"))
+            name += Clean_File_Name(Trim(title));
+        else if (detail == QLatin1String("Genre"))
+            name += Clean_File_Name(Trim(genre));
+        else if (detail == QLatin1String("Year"))
+            name += Clean_File_Name(Trim(year));
+        else if (detail == QLatin1String("Tracknumber"))
+            name += QString::number(tracknumber + 1000).right(2);
+        if (remaining > 1) {
+            name += separator;
+            --remaining;
+        }
+    }
+    return name + QStringLiteral(".mp3");
+}
+
+int Track_Number_Of(const QString& column)
+{
+    bool ok = false;
+    const int n = Trim(column).toInt(&ok);
+    return ok && n >= -32768 && n <= 32767 ? n : 0;
+}
+
+QString MakeNewTrack(LibraryContext& c, int index, int list)
+{
+    const TrackRow& r = c.lib.MP3_List.row(index);
+    return Make_Track_Filename(c.lib.naming.working, list, Track_Number_Of(r[ColTrack]), r[ColArtist], r[ColAlbum],
+                               r[ColTitle], r[ColGenre], r[ColYear]);
+}
+
+QString MakePreview(const NamingRules& rules, int list)
+{
+    if (list < 0 || list > 3)
+        return QString();
+    if (list < 2) {
+        const auto& rows = rules.fileLists[static_cast<size_t>(list)];
+        int remaining = 0;
+        for (const DetailRow& row : rows)
+            remaining += row.checked ? 1 : 0;
+        const QString separator = separatorText(rules.separators[static_cast<size_t>(list)]);
+        QString preview;
+        for (const DetailRow& row : rows) {
+            if (!row.checked)
+                continue;
+            preview += row.name;
+            if (remaining > 1) {
+                preview += separator;
+                --remaining;
+            }
+        }
+        return preview + QStringLiteral(".mp3");
+    }
+    QString preview = QStringLiteral("LIBRARY_FOLDER/");
+    if (list == 2 && rules.prefix)
+        preview += QStringLiteral("A/");
+    for (const DetailRow& row : rules.folderLists[static_cast<size_t>(list - 2)]) {
+        if (row.checked)
+            preview += Trim(row.name) + QLatin1Char('/');
+    }
+    return preview;
+}
+
+}  // namespace sonorit

@@ -1,0 +1,33 @@
+#pragma once
+// Import: a file is copied into the library's "Quarantaine" folder, enters
+// the library from there, and moves on to the folder its tags name when they
+// say enough (an album, and an artist unless it is a various-artists track).
+// The source is never touched, except that a confirmed overwrite in move mode
+// deletes it.
+#include <QString>
+
+#include "library/library_state.h"
+
+namespace sonorit {
+
+// Adds the file as it lies to the Trackfile and MP3_List; false after
+// "Add MP3 Error", with the ID given back.
+bool Add_MP3(LibraryContext& c, const QString& path);
+
+// The import of one file that Is_Mpeg accepted: copy into Quarantaine (or ask
+// "File exists"), add, place. True when the track is in the library.
+bool Import_Track(LibraryContext& c, const QString& source);
+
+void mnu_Library_Add_MP3(LibraryContext& c);
+void mnu_Library_Scan_Folder(LibraryContext& c);
+void mnu_Library_Scan_Tree(LibraryContext& c);
+// Imports the mp3 files of a folder, and of all folders below it when
+// `recursive` is set, skipping the library's own Main Folder.
+void DirectoryScan(LibraryContext& c, const QString& folder, bool recursive);
+
+// The subfolders of a folder in name order and its "*.mp3" files, as the
+// folder walks of import and refresh see them.
+QStringList Sub_Folders(const QString& folder);
+QStringList Mp3_Files(const QString& folder);
+
+}  // namespace sonorit

@@ -1,0 +1,191 @@
+#include "track_moves.h"
+
+#include <QDir>
+#include <QFile>
+#include <sys/stat.h>
+
+#include "library/naming_builders.h"
+#include "library/slots.h"
+#include "library/trackfile.h"
+#include "shell/app_state.h"
+#include "shell/file_copy.h"
+#include "shell/file_stamp.h"
+#include "shell/helpers.h"
+#include "shell/ui_port.h"
+
+namespace sonorit {
+
+namespace {
+
+const QString kLfCr = QStringLiteral("\n\r");
+
+// Two spellings that differ only in case name one file on a case-insensitive
+// file system (a FAT or exFAT stick) and two files here otherwise; only the
+// file system knows which.
+bool sameFile(const QString& a, const QString& b)
+{
+    struct stat sa, sb;
+    return ::stat(QFile::encodeName(a).constData(), &sa) == 0 && ::stat(QFile::encodeName(b).constData(), &sb) == 0
+           && sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
+}
+
+bool differOnlyInCase(const QString& a, const QString& b)
+{
+    return a != b && a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+bool confirmReplacement(LibraryContext& c, const QString& path)
+{
+    return c.ui.message(path + QStringLiteral(" exists.") + kLfCr + QStringLiteral("Do you want to replace this file?"),
+                        QStringLiteral("Confirm replacement"), Buttons::YesNo, Icon::Question)
+           == Answer::Yes;
+}
+
+// Tells which file stayed where it was. False, so that a failed move without
+// a guard of its own stops the command that called.
+bool moveFailure(LibraryContext& c, bool rename, const QString& path)
+{
+    if (rename) {
+        c.ui.message(QStringLiteral("The following track couldn't be renamed:") + kLfCr + path,
+                     QStringLiteral("Rename failure"), Buttons::Ok, Icon::Warning);
+    } else {
+        c.ui.message(QStringLiteral("The following track couldn't be relocated:") + kLfCr + path,
+                     QStringLiteral("Relocate failure"), Buttons::Ok, Icon::Warning);
+    }
+    return false;
+}
+
+void stampRow(LibraryContext& c, int index, const QString& path)
+{
+    const FileStamp stamp = Read_File_Stamp(path);
+    c.lib.MP3_List.setField(index, ColLastChanged, stamp.changed);
+    c.lib.MP3_List.setField(index, ColFilelength, stamp.length);
+}
+
+// Stores the row's record and points the playlist's first entry of the old
+// path at the new one.
+void storeRow(LibraryContext& c, int index, const QString& oldPath, const QString& newPath, const QString& what)
+{
+    const TrackRow& row = c.lib.MP3_List.row(index);
+    if (c.lib.failAt("move-record") || !Replace_Track_Record(c, Track_ID_Of(row[ColID]), Join_Track_Record(row))) {
+        c.ui.message(what + kLfCr + oldPath + kLfCr + QStringLiteral("BUT, the tags could not be saved in the library-file.")
+                         + kLfCr + QStringLiteral("Please select the menufunction Libray => Refresh as soon as possible."),
+                     QStringLiteral("Library file update failure"), Buttons::Ok, Icon::Warning);
+    }
+    const int at = c.lib.Playlist_Paths.indexOf(oldPath);
+    if (at >= 0)
+        c.lib.Playlist_Paths[at] = newPath;
+}
+
+// Covers go with the first track of an album to move; then the old folder and
+// its parents go while they hold no file. Any failure ends this in silence.
+void tidyUp(const QString& oldFolder, const QString& newFolder)
+{
+    for (const char* cover : {"Folder.jpg", "AlbumArtSmall.jpg"}) {
+        const QString from = Add_Backslash(oldFolder) + QLatin1String(cover);
+        const QString to = Add_Backslash(newFolder) + QLatin1String(cover);
+        if (File_Exists(from) && !File_Exists(to))
+            moveFile(from, to);
+    }
+    QString folder = oldFolder;
+    while (!folder.isEmpty()) {
+        QFile::remove(Add_Backslash(folder) + QStringLiteral("desktop.ini"));
+        if (!QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System).isEmpty())
+            return;
+        if (!QDir().rmdir(folder))
+            return;  // a subfolder is left, or the folder cannot go
+        folder = Get_Path_Folder(folder);
+    }
+}
+
+}  // namespace
+
+bool Rename_Track(LibraryContext& c, int index)
+{
+    TrackList& list = c.lib.MP3_List;
+    const QString folder = list.field(index, ColFolder);
+    const QString oldPath = folder + QLatin1Char('/') + list.field(index, ColFilename);
+    const int rules = list.field(index, ColVA) == QLatin1String("No") ? 0 : 1;
+    const QString newName = MakeNewTrack(c, index, rules);
+    const QString newPath = folder + QLatin1Char('/') + newName;
+    if (oldPath == newPath)
+        return true;
+
+    if (File_Exists(newPath) && differOnlyInCase(oldPath, newPath) && sameFile(oldPath, newPath)) {
+        // The same file under another spelling: a plain rename would do
+        // nothing on such a file system, so it goes through a folder of its own.
+        const QString temp = Add_Backslash(folder) + QStringLiteral("zevso");
+        QDir().mkdir(temp);
+        const QString tempFile = temp + QStringLiteral("/Temp.mp3");
+        moveFile(oldPath, tempFile);
+        moveFile(tempFile, newPath);
+        QDir().rmdir(temp);
+        if (!File_Exists(newPath))
+            return moveFailure(c, true, oldPath);
+    } else if (File_Exists(newPath)) {
+        if (!confirmReplacement(c, newPath))
+            return true;
+        QFile::remove(newPath);
+        if (c.lib.failAt("rename-move") || !moveFile(oldPath, newPath))
+            return moveFailure(c, true, oldPath);
+        // Two rows now stand for one file: the one renamed goes, its record
+        // named by the row selected now, as the menu commands always did.
+        const int selected = list.selected() >= 0 ? list.selected() : index;
+        if (Remove_Track_Record(c, Track_ID_Of(list.field(selected, ColID)))) {
+            list.removeAt(index);
+            Write_Album_Count(c);
+        }
+        return true;
+    } else if (c.lib.failAt("rename-move") || !moveFile(oldPath, newPath)) {
+        return moveFailure(c, true, oldPath);
+    }
+    list.setField(index, ColFilename, newName);
+    stampRow(c, index, newPath);
+    storeRow(c, index, oldPath, newPath, QStringLiteral("The following track is renamed:"));
+    return true;
+}
+
+bool Relocate_Track(LibraryContext& c, int index, bool tidy)
+{
+    TrackList& list = c.lib.MP3_List;
+    const TrackRow row = list.row(index);
+    const QString oldFolder = row[ColFolder];
+    const int rules = row[ColVA] == QLatin1String("No") ? 2 : 3;
+    QString newFolder = Make_Track_Folder(c, rules, row[ColArtist], row[ColAlbum], row[ColGenre], row[ColYear]);
+    if (newFolder.endsWith(QLatin1Char('.')) && !newFolder.endsWith(QLatin1String("..")))
+        newFolder.chop(1);
+    if (oldFolder == newFolder)
+        return true;
+
+    const QString oldPath = Add_Backslash(oldFolder) + row[ColFilename];
+    const QString newPath = Add_Backslash(newFolder) + row[ColFilename];
+    if (differOnlyInCase(oldFolder, newFolder) && sameFile(oldFolder, newFolder)) {
+        if (!moveFile(oldFolder, newFolder))
+            return moveFailure(c, false, oldPath);
+    } else {
+        if (File_Exists(newPath)) {
+            if (!confirmReplacement(c, newPath))
+                return true;
+            QFile::remove(newPath);
+        }
+        if (!c.lib.failAt("relocate-move"))
+            moveFile(oldPath, newPath);
+        if (!File_Exists(newPath)) {
+            moveFailure(c, false, oldPath);
+            return true;  // guarded: the command goes on with the next track
+        }
+        // A move that copied but could not delete leaves the source behind;
+        // it goes now, unless both names lead to the one file.
+        if (File_Exists(oldPath) && !sameFile(oldPath, newPath))
+            QFile::remove(oldPath);
+    }
+    list.setField(index, ColFolder, newFolder);
+    stampRow(c, index, newPath);
+    storeRow(c, index, oldPath, newPath, QStringLiteral("The following track is relocated:"));
+    if (!tidy || oldFolder == c.app.Quarantaine_Folder)
+        return true;
+    tidyUp(oldFolder, newFolder);
+    return true;
+}
+
+}  // namespace sonorit
