@@ -158,13 +158,13 @@ void mnu_Library_Add_MP3(LibraryContext& c)
 
 QStringList Sub_Folders(const QString& folder)
 {
-    return QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name | QDir::IgnoreCase);
+    return QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase);
 }
 
 QStringList Mp3_Files(const QString& folder)
 {
     // "*.mp3" matches without regard to case, as it did on the original platform.
-    return QDir(folder).entryList({QStringLiteral("*.mp3")}, QDir::Files | QDir::Hidden, QDir::Name | QDir::IgnoreCase);
+    return QDir(folder).entryList({QStringLiteral("*.mp3")}, QDir::Files, QDir::Name | QDir::IgnoreCase);
 }
 
 void DirectoryScan(LibraryContext& c, const QString& folder, bool recursive)

@@ -26,7 +26,8 @@ void mnu_Library_Scan_Tree(LibraryContext& c);
 void DirectoryScan(LibraryContext& c, const QString& folder, bool recursive);
 
 // The subfolders of a folder in name order and its "*.mp3" files, as the
-// folder walks of import and refresh see them.
+// folder walks of import and refresh see them. Hidden ones (dot names) are
+// left out, as a folder list on the desktop leaves them out.
 QStringList Sub_Folders(const QString& folder);
 QStringList Mp3_Files(const QString& folder);
 

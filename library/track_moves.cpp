@@ -152,8 +152,13 @@ bool Relocate_Track(LibraryContext& c, int index, bool tidy)
     const QString oldFolder = row[ColFolder];
     const int rules = row[ColVA] == QLatin1String("No") ? 2 : 3;
     QString newFolder = Make_Track_Folder(c, rules, row[ColArtist], row[ColAlbum], row[ColGenre], row[ColYear]);
-    if (newFolder.endsWith(QLatin1Char('.')) && !newFolder.endsWith(QLatin1String("..")))
+    if (newFolder.endsWith(QLatin1Char('.')) && !newFolder.endsWith(QLatin1String(".."))) {
+        // The original platform dropped a trailing dot when it made the
+        // folder; here the folder is made under the shortened name instead.
+        QDir().rmdir(newFolder);
         newFolder.chop(1);
+        QDir().mkdir(newFolder);
+    }
     if (oldFolder == newFolder)
         return true;
 

@@ -1,0 +1,62 @@
+#pragma once
+// An open library over real MP3 files: the fixture's empty library with its
+// Main Folder, sources outside it, and what the disk holds afterwards.
+#include <QDirIterator>
+#include <QFileInfo>
+
+#include "library/trackfile.h"
+#include "library_fixture.h"
+#include "tests/support/tagged_mp3.h"
+
+namespace sonorit::test {
+
+struct WorkFixture : LibraryFixture {
+    QString main;  // the Main Folder, ending in "/"
+
+    WorkFixture()
+    {
+        open();
+        main = app.Library_Main_Folder;
+    }
+    // A tagged file outside the library.
+    QString source(const QString& rel, const TrackTags& tags)
+    {
+        const QString path = env.path("Src/" + rel);
+        writeTaggedMp3(path, tags);
+        return path;
+    }
+    // Every file under the Main Folder, relative to it, sorted.
+    QStringList filesUnderMain() const
+    {
+        QStringList out;
+        QDirIterator it(main, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (it.hasNext())
+            out << it.next().mid(main.size());
+        out.sort();
+        return out;
+    }
+    QString pathOf(int row) const
+    {
+        return lib.MP3_List.field(row, ColFolder) + '/' + lib.MP3_List.field(row, ColFilename);
+    }
+    // The Trackfile holds exactly the list's rows, each in the slot its ID names.
+    ::testing::AssertionResult recordsMatchList() const
+    {
+        const QByteArray file = trackfile();
+        for (int i = 0; i < lib.MP3_List.count(); ++i) {
+            const int id = lib.MP3_List.field(i, ColID).mid(6).toInt();
+            qint64 end = 0;
+            const qint64 at = Find_Track_Slot(file, id, &end);
+            if (at < 0 || file.mid(at, end - at) != trackRecord(id, recordText(lib.MP3_List.row(i))))
+                return ::testing::AssertionFailure() << "row " << i << " (ID " << id << ") differs from its record";
+        }
+        return ::testing::AssertionSuccess();
+    }
+};
+
+inline TrackTags tags(const QString& artist, const QString& album, const QString& track, const QString& title)
+{
+    return TrackTags{artist, album, track, title, "2001", "Pop", false};
+}
+
+}  // namespace sonorit::test

@@ -1,0 +1,34 @@
+#include "tagged_mp3.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include "tests/support/tag_bytes.h"
+#include "tests/support/temp_env.h"
+
+namespace sonorit::test {
+
+bool writeTaggedMp3(const QString& path, const TrackTags& t, const Mp3Recipe& recipe)
+{
+    QByteArray body;
+    auto add = [&](const char* id, const QString& value) {
+        if (!value.isEmpty())
+            body += textFrame(id, value.toLatin1());
+    };
+    add("TPE1", t.artist);
+    add("TALB", t.album);
+    add("TRCK", t.track);
+    add("TIT2", t.title);
+    add("TYER", t.year);
+    add("TCON", t.genre);
+    if (t.various)
+        add("TPE2", QStringLiteral("Various Artists"));
+    const QByteArray audio = makeMp3(recipe);
+    if (audio.isEmpty())
+        return false;
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    writeFile(path, (body.isEmpty() ? QByteArray() : tag(body)) + audio);
+    return QFileInfo(path).size() > 0;
+}
+
+}  // namespace sonorit::test
