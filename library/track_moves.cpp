@@ -128,10 +128,12 @@ bool Rename_Track(LibraryContext& c, int index)
         QFile::remove(newPath);
         if (c.lib.failAt("rename-move") || !moveFile(oldPath, newPath))
             return moveFailure(c, true, oldPath);
-        // Two rows now stand for one file: the one renamed goes, its record
-        // named by the row selected now, as the menu commands always did.
-        const int selected = list.selected() >= 0 ? list.selected() : index;
-        if (Remove_Track_Record(c, Track_ID_Of(list.field(selected, ColID)))) {
+        // Two rows now stand for one file: the one renamed goes with its own
+        // record. (Taking the ID of the selected row instead, which is the
+        // same row for the Track command, would blank the record of a row
+        // that stays when Selection, Album or All replace a file, and the
+        // next import would hand that row's ID out again.)
+        if (Remove_Track_Record(c, Track_ID_Of(list.field(index, ColID)))) {
             list.removeAt(index);
             Write_Album_Count(c);
         }
