@@ -30,6 +30,29 @@ void addLevel(QString& path, const QString& level)
     QDir().mkdir(path);
 }
 
+// The checked rows of a file-name list, each giving its value, with the
+// list's separator between them (none after the last) and ".mp3" behind.
+template <typename ValueOf>
+QString joinCheckedRows(const NamingRules& rules, int list, ValueOf valueOf, bool trimNames = true)
+{
+    const auto& rows = rules.fileLists[static_cast<size_t>(list)];
+    int remaining = 0;
+    for (const DetailRow& row : rows)
+        remaining += row.checked ? 1 : 0;
+    const QString separator = separatorText(rules.separators[static_cast<size_t>(list)]);
+    QString name;
+    for (const DetailRow& row : rows) {
+        if (!row.checked)
+            continue;
+        name += valueOf(trimNames ? Trim(row.name) : row.name);
+        if (remaining > 1) {
+            name += separator;
+            --remaining;
+        }
+    }
+    return name + QStringLiteral(".mp3");
+}
+
 }  // namespace
 
 QString Make_Track_Folder(const NamingRules& rules, const QString& libraryFolder, int list, const QString& artist,
@@ -75,34 +98,21 @@ QString Make_Track_Filename(const NamingRules& rules, int list, int tracknumber,
 {
     if (list < 0 || list > 1)
         return QStringLiteral(".mp3");
-    const auto& rows = rules.fileLists[static_cast<size_t>(list)];
-    int remaining = 0;
-    for (const DetailRow& row : rows)
-        remaining += row.checked ? 1 : 0;
-    const QString separator = separatorText(rules.separators[static_cast<size_t>(list)]);
-    QString name;
-    for (const DetailRow& row : rows) {
-        if (!row.checked)
-            continue;
-        const QString detail = Trim(row.name);
+    return joinCheckedRows(rules, list, [&](const QString& detail) {
         if (detail == QLatin1String("Artist"))
-            name += Clean_File_Name(Trim(artist));
-        else if (detail == QLatin1String("Album"))
-            name += Clean_File_Name(Trim(album));
-        else if (detail == QLatin1String("Title"))
-            name += Clean_File_Name(Trim(title));
-        else if (detail == QLatin1String("Genre"))
-            name += Clean_File_Name(Trim(genre));
-        else if (detail == QLatin1String("Year"))
-            name += Clean_File_Name(Trim(year));
-        else if (detail == QLatin1String("Tracknumber"))
-            name += QString::number(tracknumber + 1000).right(2);
-        if (remaining > 1) {
-            name += separator;
-            --remaining;
-        }
-    }
-    return name + QStringLiteral(".mp3");
+            return Clean_File_Name(Trim(artist));
+        if (detail == QLatin1String("Album"))
+            return Clean_File_Name(Trim(album));
+        if (detail == QLatin1String("Title"))
+            return Clean_File_Name(Trim(title));
+        if (detail == QLatin1String("Genre"))
+            return Clean_File_Name(Trim(genre));
+        if (detail == QLatin1String("Year"))
+            return Clean_File_Name(Trim(year));
+        if (detail == QLatin1String("Tracknumber"))
+            return QString::number(tracknumber + 1000).right(2);
+        return QString();  // a name that is no detail adds nothing but keeps its separator
+    });
 }
 
 int Track_Number_Of(const QString& column)
@@ -123,24 +133,8 @@ QString MakePreview(const NamingRules& rules, int list)
 {
     if (list < 0 || list > 3)
         return QString();
-    if (list < 2) {
-        const auto& rows = rules.fileLists[static_cast<size_t>(list)];
-        int remaining = 0;
-        for (const DetailRow& row : rows)
-            remaining += row.checked ? 1 : 0;
-        const QString separator = separatorText(rules.separators[static_cast<size_t>(list)]);
-        QString preview;
-        for (const DetailRow& row : rows) {
-            if (!row.checked)
-                continue;
-            preview += row.name;
-            if (remaining > 1) {
-                preview += separator;
-                --remaining;
-            }
-        }
-        return preview + QStringLiteral(".mp3");
-    }
+    if (list < 2)
+        return joinCheckedRows(rules, list, [](const QString& detail) { return detail; }, false);
     QString preview = QStringLiteral("LIBRARY_FOLDER/");
     if (list == 2 && rules.prefix)
         preview += QStringLiteral("A/");
