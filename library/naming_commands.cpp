@@ -47,6 +47,9 @@ void run(LibraryContext& c, Action action, const std::vector<int>& rows, bool ti
 {
     TrackList& list = c.lib.MP3_List;
     const QString remembered = list.field(list.selected(), ColFilename);
+    // The queue is served between rows; the window must not start other
+    // library work meanwhile.
+    c.ui.lockMainWindow();
     if (showProgress) {
         c.ui.showProgress();
         c.ui.shieldLibrary();
@@ -75,6 +78,7 @@ void run(LibraryContext& c, Action action, const std::vector<int>& rows, bool ti
         c.ui.unshieldLibrary();
         c.ui.setProgressValue(0);
     }
+    c.ui.unlockMainWindow();
     if (action == Action::Relocate) {
         Sort_Library_File(c);
         MP3Find(list, remembered, 1, 1);

@@ -26,10 +26,14 @@ void TrackList::notifyReset()
 
 void TrackList::endBulk()
 {
-    if (bulk_ > 0 && --bulk_ == 0 && pendingReset_) {
-        pendingReset_ = false;
-        if (observer_)
+    if (bulk_ > 0 && --bulk_ == 0) {
+        // A reset makes the view read the selection again; a change of the
+        // selection alone is told as such.
+        if (pendingReset_ && observer_)
             observer_->listReset();
+        else if (pendingSelection_ && observer_)
+            observer_->selectionChanged(selected_);
+        pendingReset_ = pendingSelection_ = false;
     }
 }
 
@@ -119,6 +123,14 @@ void TrackList::sortByColumn(int column, bool ascending)
     notifyReset();
 }
 
+void TrackList::notifySelection()
+{
+    if (bulk_ > 0)
+        pendingSelection_ = true;
+    else if (observer_)
+        observer_->selectionChanged(selected_);
+}
+
 void TrackList::unmarkAll()
 {
     // Mostly one row is selected, and that one is the current row.
@@ -139,8 +151,7 @@ void TrackList::setSelection(const std::vector<int>& rows, int current)
         }
     }
     selected_ = (current >= 0 && current < count()) ? current : -1;
-    if (observer_ && bulk_ == 0)
-        observer_->selectionChanged(selected_);
+    notifySelection();
 }
 
 std::vector<int> TrackList::selectedRows() const
@@ -161,8 +172,7 @@ void TrackList::select(int index)
         marked_[static_cast<size_t>(selected_)] = 1;
         markedCount_ = 1;
     }
-    if (observer_ && bulk_ == 0)
-        observer_->selectionChanged(selected_);
+    notifySelection();
 }
 
 void TrackList::setHidden(bool hidden)

@@ -71,6 +71,7 @@ private:
     void notifyReset();
 
     void unmarkAll();
+    void notifySelection();
 
     std::vector<TrackRow> rows_;
     std::vector<char> marked_;  // the selection, moving with the rows
@@ -79,6 +80,7 @@ private:
     bool hidden_ = false;
     int bulk_ = 0;
     bool pendingReset_ = false;
+    bool pendingSelection_ = false;
     TrackListObserver* observer_ = nullptr;
 };
 

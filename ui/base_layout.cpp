@@ -35,7 +35,7 @@ QTreeView* makeTrackView(QAbstractItemModel* model)
     view->setUniformRowHeights(true);  // keeps tens of thousands of rows fast
     view->setAllColumnsShowFocus(true);
     view->setAlternatingRowColors(true);
-    view->setSelectionMode(QAbstractItemView::SingleSelection);
+    view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setSortingEnabled(false);  // the order is the core's

@@ -2,12 +2,12 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QItemSelectionModel>
 #include <QTimer>
 #include <QTreeView>
 
 #include "base_layout.h"
 #include "library_controller.h"
+#include "list_selection.h"
 #include "menu_bar.h"
 #include "menus_library.h"
 #include "qt_ui_port.h"
@@ -28,6 +28,7 @@ Base::Base(AppState& app)
     : app_(app), model_(std::make_unique<TrackListModel>(lib_.MP3_List)), mainTimer_(new QTimer(this))
 {
     setObjectName(QStringLiteral("Base"));
+    lib_.durations = &durations_;
     setMinimumWidth(kMinimumWidth);
     resize(kMinimumWidth + 256, 768);
 
@@ -39,6 +40,8 @@ Base::Base(AppState& app)
     libraryController_ = std::make_unique<LibraryController>(LibraryContext{app_, lib_, *ui_},
                                                              [] { QCoreApplication::exit(0); });
     Build_Library_Menu(*menus_, *libraryController_);
+    menus_->setAfterEntry([this] { afterCommand(); });
+    menus_->apply(sonorit::Update_Menus(MenuInputs{}));  // no library yet
     startupHost_ =
         std::make_unique<WindowStartupHost>(this, w.list, mainTimer_, *libraryController_, lib_.naming);
 
@@ -49,19 +52,11 @@ Base::Base(AppState& app)
     connect(mainTimer_, &QTimer::timeout, this,
             [this] { timerTicks_.tick(timerWork_, app_.Menu_Refresh_Wanted, false); });
 
-    // The view follows the core's selection and tells it the user's.
-    QTreeView* list = w.list;
-    connect(model_.get(), &TrackListModel::selectRow, list, [list](int row) {
-        if (row < 0) {
-            list->selectionModel()->clear();
-            return;
-        }
-        const QModelIndex index = list->model()->index(row, 0);
-        list->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-        list->scrollTo(index);
-    });
-    connect(list->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex& current) { model_->userSelected(current.isValid() ? current.row() : -1); });
+    // The view follows the core's selection and tells it the user's; it hides
+    // while the core works through the list in bulk.
+    selection_ = std::make_unique<ListSelection>(w.list, model_.get());
+    WindowShield* shield = shield_.get();
+    connect(model_.get(), &TrackListModel::listHidden, this, [shield](bool hidden) { shield->setListHidden(hidden); });
 }
 
 Base::~Base() = default;
@@ -79,6 +74,14 @@ void Base::Update_Menus()
     app_.options.chkDestLibraryEnabled = states.chkDestLibraryEnabled;
     if (states.clearChkDestLibrary)
         app_.options.chkDestLibrary = false;
+}
+
+void Base::afterCommand()
+{
+    if (!app_.Menu_Refresh_Wanted)
+        return;
+    app_.Menu_Refresh_Wanted = false;
+    Update_Menus();
 }
 
 void Base::closeEvent(QCloseEvent* event)

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "library/library_state.h"
+#include "platform/gstreamer/gst_duration_probe.h"
 #include "shell/main_timer.h"
 
 class QTimer;
@@ -18,6 +19,7 @@ class UiPort;
 namespace sonorit::ui {
 
 class LibraryController;
+class ListSelection;
 class MenuBar;
 class QtUiPort;
 class TrackListModel;
@@ -40,10 +42,15 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    // After a menu command: the menu states it asked for, without waiting
+    // for the timer.
+    void afterCommand();
 
     AppState& app_;
+    GstDurationProbe durations_;
     LibraryState lib_;
     std::unique_ptr<TrackListModel> model_;  // declared after lib_: it observes the list
+    std::unique_ptr<ListSelection> selection_;  // after model_: it listens to the model
     std::unique_ptr<WindowShield> shield_;
     std::unique_ptr<QtUiPort> ui_;
     std::unique_ptr<LibraryController> libraryController_;

@@ -12,8 +12,22 @@ public:
     // `quit` ends the program once the exit sequence's file work is done.
     LibraryController(LibraryContext context, std::function<void()> quit);
 
+    void newLibrary();
     void open();
+    void deleteLibrary();
+    void addMp3();
+    void scanFolder();
+    void scanTree();
+    void refresh();
     void sort();
+    void renameTrack();
+    void renameSelection();
+    void renameAlbum();
+    void renameAll();
+    void relocateTrack();
+    void relocateSelection();
+    void relocateAlbum();
+    void relocateAll();
     void exit();
     void checkOpenLibraryFile(const QString& path);
 

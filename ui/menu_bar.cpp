@@ -31,9 +31,29 @@ QAction* MenuBar::addEntry(QMenu* menu, const QString& name, const QString& text
 {
     QAction* action = menu->addAction(text);
     action->setObjectName(name);
-    QObject::connect(action, &QAction::triggered, menu, [handler = std::move(handler)] { handler(); });
+    QObject::connect(action, &QAction::triggered, menu, [this, handler = std::move(handler)] {
+        // A long command serves the event queue now and then, and not every
+        // one locks the menus meanwhile: an entry chosen during another's
+        // work is ignored.
+        if (running_)
+            return;
+        running_ = true;
+        handler();
+        running_ = false;
+        if (after_)
+            after_();
+    });
     entries_.insert(name, action);
     return action;
+}
+
+QMenu* MenuBar::addSubmenu(QMenu* menu, const QString& name, const QString& text)
+{
+    QMenu* sub = menu->addMenu(text);
+    sub->setObjectName(name);
+    sub->menuAction()->setObjectName(name);
+    entries_.insert(name, sub->menuAction());
+    return sub;
 }
 
 void MenuBar::apply(const MenuStates& states)

@@ -7,13 +7,55 @@
 
 namespace sonorit::ui {
 
+namespace {
+
+using Handler = void (LibraryController::*)();
+
+struct Entry {
+    const char* name;
+    const char* text;
+    Handler handler;
+};
+
+void addEntries(MenuBar& menus, QMenu* menu, LibraryController& controller, std::initializer_list<Entry> entries)
+{
+    for (const Entry& e : entries) {
+        menus.addEntry(menu, QLatin1String(e.name), QString::fromUtf8(e.text),
+                       [&controller, h = e.handler] { (controller.*h)(); });
+    }
+}
+
+}  // namespace
+
 void Build_Library_Menu(MenuBar& menus, LibraryController& controller)
 {
+    using C = LibraryController;
     QMenu* menu = menus.menu(QStringLiteral("mnu_Library"));
-    menus.addEntry(menu, QStringLiteral("mnu_Library_Open"), QStringLiteral("&Open..."), [&controller] { controller.open(); });
-    menus.addEntry(menu, QStringLiteral("mnu_Library_Sort"), QStringLiteral("&Sort"), [&controller] { controller.sort(); });
+    addEntries(menus, menu, controller,
+               {{"mnu_Library_New", "&New...", &C::newLibrary},
+                {"mnu_Library_Open", "&Open...", &C::open},
+                {"mnu_Library_Delete", "&Delete...", &C::deleteLibrary}});
     menu->addSeparator();
-    menus.addEntry(menu, QStringLiteral("mnu_Library_Exit"), QStringLiteral("E&xit"), [&controller] { controller.exit(); });
+    addEntries(menus, menus.addSubmenu(menu, QStringLiteral("mnu_Library_Add"), QStringLiteral("&Add")), controller,
+               {{"mnu_Library_Add_MP3", "MP3 &File...", &C::addMp3},
+                {"mnu_Library_Scan_Folder", "&Folder...", &C::scanFolder},
+                {"mnu_Library_Scan_Tree", "&Tree...", &C::scanTree}});
+    addEntries(menus, menu, controller,
+               {{"mnu_Library_Refresh", "&Refresh", &C::refresh}, {"mnu_Library_Sort", "&Sort", &C::sort}});
+    addEntries(menus, menus.addSubmenu(menu, QStringLiteral("mnu_Library_Rename"), QStringLiteral("Re&name")),
+               controller,
+               {{"mnu_Library_Rename_Track", "&Track", &C::renameTrack},
+                {"mnu_Library_Rename_Selection", "&Selection", &C::renameSelection},
+                {"mnu_Library_Rename_Album", "&Album", &C::renameAlbum},
+                {"mnu_Library_Rename_All", "A&ll", &C::renameAll}});
+    addEntries(menus, menus.addSubmenu(menu, QStringLiteral("mnu_Library_Relocate"), QStringLiteral("Re&locate")),
+               controller,
+               {{"mnu_Library_Relocate_Track", "&Track", &C::relocateTrack},
+                {"mnu_Library_Relocate_Selection", "&Selection", &C::relocateSelection},
+                {"mnu_Library_Relocate_Album", "&Album", &C::relocateAlbum},
+                {"mnu_Library_Relocate_All", "A&ll", &C::relocateAll}});
+    menu->addSeparator();
+    addEntries(menus, menu, controller, {{"mnu_Library_Exit", "E&xit", &C::exit}});
 }
 
 }  // namespace sonorit::ui

@@ -123,7 +123,12 @@ QString QtUiPort::fileDialog(const FileDialogRequest& request)
 
 QString QtUiPort::browseForFolder()
 {
-    return QFileDialog::getExistingDirectory(window_, QString(), QString(), QFileDialog::ShowDirsOnly);
+    QFileDialog dialog(window_, QStringLiteral("Browse for Folder"));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return QString();
+    return dialog.selectedFiles().constFirst();
 }
 
 void QtUiPort::lockMainWindow() { shield_.lock(); }

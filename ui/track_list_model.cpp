@@ -39,22 +39,13 @@ QVariant TrackListModel::headerData(int section, Qt::Orientation orientation, in
     return trackColumnCaptions()[static_cast<size_t>(section)];
 }
 
-void TrackListModel::userSelected(int row)
-{
-    if (row == list_.selected())
-        return;
-    fromView_ = true;
-    list_.select(row);
-    fromView_ = false;
-}
-
 void TrackListModel::reset()
 {
     beginResetModel();
     shownRows_ = list_.count();
     dirty_ = false;
     endResetModel();
-    emit selectRow(list_.selected());
+    emit coreSelectionChanged();
 }
 
 void TrackListModel::listReset()
@@ -73,16 +64,20 @@ void TrackListModel::rowChanged(int row)
         emit dataChanged(index(row, 0), index(row, TrackColumnCount - 1));
 }
 
-void TrackListModel::selectionChanged(int row)
+void TrackListModel::selectionChanged(int /*row*/)
 {
-    if (!fromView_ && !list_.hidden() && !dirty_)
-        emit selectRow(row);
+    if (inStep())
+        emit coreSelectionChanged();
 }
 
 void TrackListModel::visibilityChanged(bool hidden)
 {
+    emit listHidden(hidden);
+    // A selection made while the list was hidden did not reach the view.
     if (!hidden && dirty_)
         reset();
+    else if (!hidden)
+        emit coreSelectionChanged();
 }
 
 }  // namespace sonorit::ui

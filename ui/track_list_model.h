@@ -19,12 +19,18 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    // The user moved the current row in the view.
-    void userSelected(int row);
+    TrackList& list() { return list_; }
+    // False while the core keeps the list hidden, and after a change made
+    // meanwhile until the reset that shows it: the view's rows may not be
+    // the list's rows then.
+    bool inStep() const { return !list_.hidden() && !dirty_; }
 
 signals:
-    // The core selected a row (-1 for none); the view follows.
-    void selectRow(int row);
+    // The core's selection changed, or the rows were reset; the view takes
+    // the selection anew from the list.
+    void coreSelectionChanged();
+    // The core hid or showed MP3_List for bulk work.
+    void listHidden(bool hidden);
 
 private:
     void listReset() override;
@@ -36,7 +42,6 @@ private:
     TrackList& list_;
     int shownRows_ = 0;  // the row count the view was last told
     bool dirty_ = false;
-    bool fromView_ = false;
 };
 
 }  // namespace sonorit::ui

@@ -31,20 +31,30 @@ void WindowShield::showProgress()
     progress_->setValue(0);
 }
 
+void WindowShield::showList() { list_->setVisible(!shielded_ && !listHidden_); }
+
 void WindowShield::shield()
 {
+    shielded_ = true;
     shield_->show();
     progress_->show();
     list_->setEnabled(false);
-    list_->hide();
+    showList();
 }
 
 void WindowShield::unshield()
 {
-    list_->show();
+    shielded_ = false;
+    showList();
     list_->setEnabled(true);
     progress_->hide();
     shield_->hide();
+}
+
+void WindowShield::setListHidden(bool hidden)
+{
+    listHidden_ = hidden;
+    showList();
 }
 
 }  // namespace sonorit::ui

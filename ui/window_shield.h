@@ -22,15 +22,21 @@ public:
     void showProgress();
     void shield();
     void unshield();
+    // The core hides MP3_List during bulk work; it shows only when neither
+    // that nor the shield keeps it hidden.
+    void setListHidden(bool hidden);
 
 private:
     void setLocked(bool locked);
+    void showList();
 
     QList<QAction*> menus_;
     QList<QWidget*> panels_;
     QWidget* list_;
     QWidget* shield_;
     ProgressPanel* progress_;
+    bool shielded_ = false;
+    bool listHidden_ = false;
 };
 
 }  // namespace sonorit::ui

@@ -1,93 +1,15 @@
 // The main window under the offscreen platform: start-up with a library on
 // the command line, the shielding while it loads, the menus, the message
 // boxes, the refused title-bar close and the Library menu's entries.
-#include <QTest>
-#include <QtWidgets>
-#include <deque>
-#include <functional>
-#include <gtest/gtest.h>
-
 #include "platform/gstreamer/gst_encoders.h"
-#include "shell/session_log.h"
-#include "shell/single_instance.h"
-#include "shell/startup.h"
 #include "tests/support/library_maker.h"
-#include "tests/support/qt_gtest_print.h"
 #include "tests/support/startup_log.h"
-#include "ui/base_window.h"
+#include "window_fixture.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
 
 namespace {
-
-QStringList column(const QAbstractItemModel* model, int col)
-{
-    QStringList values;
-    for (int row = 0; row < model->rowCount(); ++row)
-        values << model->index(row, col).data().toString();
-    return values;
-}
-
-// Answers the modal windows as they come up, in order, from inside their own
-// event loops. One that its answer did not close is rejected after a while, so
-// that a fault fails the test instead of hanging it.
-class ModalAnswerer {
-public:
-    explicit ModalAnswerer(std::deque<std::function<void(QWidget*)>> answers) : answers_(std::move(answers))
-    {
-        QObject::connect(&timer_, &QTimer::timeout, [this] {
-            QWidget* modal = QApplication::activeModalWidget();
-            if (modal && !modal->property("answered").toBool() && !answers_.empty()) {
-                modal->setProperty("answered", true);
-                since_.start();
-                const auto answer = answers_.front();
-                answers_.pop_front();
-                answer(modal);
-            } else if (modal && since_.isValid() && since_.elapsed() > 3000) {
-                QMetaObject::invokeMethod(modal, "reject");
-            }
-        });
-        timer_.start(10);
-    }
-
-private:
-    std::deque<std::function<void(QWidget*)>> answers_;
-    QTimer timer_;
-    QElapsedTimer since_;
-};
-
-class BaseWindowTest : public ::testing::Test {
-protected:
-    TempEnv env;
-    AppState state{env.paths()};
-    ui::Base base{state};
-    SingleInstance instance;
-    SessionLog log;
-
-    StartupResult start(const QString& commandLine)
-    {
-        return Run_Startup(state, base.ui(), base.startupHost(), instance, log, commandLine,
-                           QCoreApplication::applicationFilePath());
-    }
-    template <typename T>
-    T* find(const char* name) const { return base.findChild<T*>(name); }
-    bool enabled(const char* action) const { return find<QAction>(action)->isEnabled(); }
-    QTreeView* list() const { return find<QTreeView>("MP3_List"); }
-    // Library menu and frame enabled, list shown, shield shown, progress box shown and enabled.
-    const std::vector<bool> kIdle = {true, true, true, false, false, true};
-    std::vector<bool> view() const
-    {
-        return {enabled("mnu_Library"), find<QGroupBox>("FrameLibrary")->isEnabled(), list()->isVisible(),
-                find<QWidget>("LibShield")->isVisible(), find<QWidget>("ProgressBox")->isVisible(),
-                find<QWidget>("ProgressBox")->isEnabled()};
-    }
-    void waitForMenuUpdate()
-    {
-        for (int i = 0; i < 200 && state.Menu_Refresh_Wanted; ++i)
-            QTest::qWait(10);
-    }
-};
 
 TEST_F(BaseWindowTest, OpensTheLibraryOfTheCommandLine)
 {
