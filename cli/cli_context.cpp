@@ -1,6 +1,10 @@
 #include "cli_context.h"
 
+#include <QFileInfo>
 #include <cstdio>
+
+#include "library/open_library.h"
+#include "shell/helpers.h"
 
 namespace sonorit::cli {
 
@@ -54,6 +58,17 @@ void printRows(const TrackList& list)
     }
     out(text);
     fflush(stdout);
+}
+
+int openLibrary(CliContext& c, const QString& given)
+{
+    const QString path = QFileInfo(given).absoluteFilePath();
+    if (!File_Exists(path) || path.right(4) != QLatin1String(".vkt")) {
+        reportError(QStringLiteral("not a library file: ") + path);
+        return ExitFailed;
+    }
+    LibraryContext lc = c.library();
+    return Open_Library(lc, path) ? ExitOk : ExitFailed;
 }
 
 }  // namespace sonorit::cli

@@ -41,4 +41,10 @@ void reportError(const QString& text);
 // The rows of MP3_List, 13 columns separated by TAB, one line each.
 void printRows(const TrackList& list);
 
+// Opens the library file as the window program does with a path given on its
+// command line (the path made absolute first, as the settings keep it).
+// ExitFailed when it is no library file or did not open; the reason has gone
+// to standard error already.
+int openLibrary(CliContext& c, const QString& given);
+
 }  // namespace sonorit::cli

@@ -1,6 +1,10 @@
 #include "cli_ui.h"
 
+#include <QFileInfo>
 #include <cstdio>
+#include <cstdlib>
+
+#include "cli/cli_context.h"
 
 namespace sonorit::cli {
 
@@ -95,21 +99,43 @@ Answer CliUi::message(const QString& text, const QString& title, Buttons buttons
 
 QString CliUi::nextDialog()
 {
-    if (dialogs.empty())
+    if (dialogs.empty()) {
+        // No value left answers as a cancel; but the choice of a new
+        // library's Main Folder and the Backup folder loop ask again after a
+        // cancel, for ever.
+        if (++unanswered_ >= kUnansweredLimit) {
+            reportError(QStringLiteral("no --dialog value left for a dialog the command needs"));
+            if (beforeGivingUp)
+                beforeGivingUp();
+            fflush(stdout);
+            fflush(stderr);
+            // Leaving from inside the flow skips the destructors of the
+            // objects on main's stack. None of them holds anything still to
+            // be written: each write to a library file is complete when it
+            // returns, and the settings are written as they are saved.
+            std::exit(ExitUsage);
+        }
         return QString();
+    }
+    unanswered_ = 0;
     QString value = dialogs.front();
     dialogs.pop_front();
     return value;
 }
 
-QString CliUi::fileDialog(const FileDialogRequest&)
+QString CliUi::fileDialog(const FileDialogRequest& request)
 {
-    return nextDialog();
+    const QString value = nextDialog();
+    // Several files come as "folder|name|name", left as they are.
+    if (value.isEmpty() || (request.multiSelect && value.contains(QLatin1Char('|'))))
+        return value;
+    return QFileInfo(value).absoluteFilePath();
 }
 
 QString CliUi::browseForFolder()
 {
-    return nextDialog();
+    const QString value = nextDialog();
+    return value.isEmpty() ? value : QFileInfo(value).absoluteFilePath();
 }
 
 }  // namespace sonorit::cli

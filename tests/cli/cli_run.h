@@ -15,9 +15,12 @@ struct CliRun {
     std::vector<QJsonObject> json;
 };
 
-inline CliRun runCli(const QStringList& args)
+// `workingFolder` empty: the test's own.
+inline CliRun runCli(const QStringList& args, const QString& workingFolder = {})
 {
     QProcess p;
+    if (!workingFolder.isEmpty())
+        p.setWorkingDirectory(workingFolder);
     p.start(SONORIT_CLI_PATH, args);
     CliRun r;
     if (!p.waitForFinished(30000) || p.exitStatus() != QProcess::NormalExit)

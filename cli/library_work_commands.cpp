@@ -1,0 +1,223 @@
+// The verbs of sonorit-cli that change a library: new, add, scan, scan-tree,
+// refresh, sort, delete, rename and relocate. Each runs the menu command of
+// the window program; the file or folder its first dialog asks for comes from
+// the command's own arguments, any further dialog from --dialog. Afterwards
+// the rows of the list are printed as "open" prints them.
+#include <QFile>
+#include <QFileInfo>
+#include <functional>
+#include <optional>
+
+#include "cli/cli_context.h"
+#include "library/lifecycle.h"
+#include "library/naming_commands.h"
+#include "library/refresh.h"
+#include "library/sort_library.h"
+#include "library/track_import.h"
+#include "platform/gstreamer/gst_duration_probe.h"
+#include "shell/helpers.h"
+
+namespace sonorit::cli {
+
+namespace {
+
+QString absolute(const QString& path) { return QFileInfo(path).absoluteFilePath(); }
+
+int usageError(const QString& text)
+{
+    reportError(text);
+    return ExitUsage;
+}
+
+// Lengths of tracks whose first frame is damaged come from the decoder while
+// the command runs.
+class DecoderLengths {
+public:
+    explicit DecoderLengths(LibraryState& lib) : lib_(lib) { lib_.durations = &probe_; }
+    ~DecoderLengths() { lib_.durations = nullptr; }
+    DecoderLengths(const DecoderLengths&) = delete;
+    DecoderLengths& operator=(const DecoderLengths&) = delete;
+
+private:
+    LibraryState& lib_;
+    GstDurationProbe probe_;
+};
+
+enum class Lengths { Tags, Decoder };
+
+// Opens LIB.vkt, runs the command on it and prints the rows it leaves. The
+// command may still end in a usage error once it sees the list.
+int onLibrary(CliContext& c, const QString& vkt, Lengths lengths, const std::function<int(LibraryContext&)>& command)
+{
+    std::optional<DecoderLengths> decoder;
+    if (lengths == Lengths::Decoder)
+        decoder.emplace(c.lib);
+    if (const int rc = openLibrary(c, vkt); rc != ExitOk)
+        return rc;
+    LibraryContext lc = c.library();
+    if (const int rc = command(lc); rc != ExitOk)
+        return rc;
+    printRows(c.lib.MP3_List);
+    return ExitOk;
+}
+
+// The file or folder the command names answers the dialog the flow opens
+// first, ahead of the --dialog values.
+void answerNextDialog(CliContext& c, const QString& value) { c.ui.dialogs.push_front(value); }
+
+const CliCommand newCommand("new", "new LIB.vkt", [](CliContext& c, const QStringList& args) {
+    if (args.size() != 1)
+        return int(ExitUsage);
+    const QString vkt = absolute(args[0]);
+    if (!vkt.endsWith(QLatin1String(".vkt")))
+        return usageError(QStringLiteral("a library file name ends in .vkt: ") + vkt);
+    DecoderLengths decoder(c.lib);
+    // Then the Main Folder and, if asked for, the Backup folder from --dialog.
+    answerNextDialog(c, vkt);
+    // Both folder choices come before the Trackfile is made: a library given
+    // up there is only its unfinished .vkt file, which goes.
+    c.ui.beforeGivingUp = [vkt] { QFile::remove(vkt); };
+    LibraryContext lc = c.library();
+    mnu_Library_New(lc);
+    if (c.app.Library_File != vkt || !File_Exists(vkt) || !File_Exists(c.app.Trackfile)) {
+        reportError(QStringLiteral("the library could not be created: ") + vkt);
+        return int(ExitFailed);
+    }
+    printRows(c.lib.MP3_List);
+    return int(ExitOk);
+});
+
+const CliCommand addCommand("add", "add LIB.vkt FILE...", [](CliContext& c, const QStringList& args) {
+    if (args.size() < 2)
+        return int(ExitUsage);
+    return onLibrary(c, args[0], Lengths::Decoder, [&](LibraryContext& lc) {
+        for (const QString& file : args.mid(1)) {
+            const QString path = absolute(file);
+            // The menu command passes over such a file without a word.
+            if (!QFileInfo(path).isFile())
+                reportError(QStringLiteral("file not found: ") + path);
+            answerNextDialog(c, path);
+            mnu_Library_Add_MP3(lc);
+        }
+        return int(ExitOk);
+    });
+});
+
+int scanCommand(CliContext& c, const QStringList& args, void (*scan)(LibraryContext&))
+{
+    if (args.size() != 2)
+        return ExitUsage;
+    const QString folder = absolute(args[1]);
+    if (!QFileInfo(folder).isDir())
+        return usageError(QStringLiteral("not a folder: ") + folder);
+    return onLibrary(c, args[0], Lengths::Decoder, [&](LibraryContext& lc) {
+        answerNextDialog(c, folder);
+        scan(lc);
+        return int(ExitOk);
+    });
+}
+
+const CliCommand scanFolder("scan", "scan LIB.vkt DIR", [](CliContext& c, const QStringList& args) {
+    return scanCommand(c, args, &mnu_Library_Scan_Folder);
+});
+
+const CliCommand scanTree("scan-tree", "scan-tree LIB.vkt DIR", [](CliContext& c, const QStringList& args) {
+    return scanCommand(c, args, &mnu_Library_Scan_Tree);
+});
+
+const CliCommand refresh("refresh", "refresh LIB.vkt", [](CliContext& c, const QStringList& args) {
+    if (args.size() != 1)
+        return int(ExitUsage);
+    return onLibrary(c, args[0], Lengths::Decoder, [](LibraryContext& lc) {
+        mnu_Library_Refresh(lc);
+        return int(ExitOk);
+    });
+});
+
+const CliCommand sort("sort", "sort LIB.vkt", [](CliContext& c, const QStringList& args) {
+    if (args.size() != 1)
+        return int(ExitUsage);
+    return onLibrary(c, args[0], Lengths::Tags, [](LibraryContext& lc) {
+        mnu_Library_Sort(lc);
+        return int(ExitOk);
+    });
+});
+
+// The library is not opened first. A run of sonorit-cli starts with no
+// library open, and "delete LIB.vkt" names another library than the current
+// one in the window program's sense: it asks "Delete Libray?" and removes the
+// three files. Opening it first would make it the current library, whose
+// branch also closes it and switches off ripping into the library in the
+// settings, a change meant for the window program's own library; and a
+// library too damaged to open could then not be deleted at all.
+const CliCommand deleteCommand("delete", "delete LIB.vkt", [](CliContext& c, const QStringList& args) {
+    if (args.size() != 1)
+        return int(ExitUsage);
+    const QString vkt = absolute(args[0]);
+    if (!File_Exists(vkt) || !vkt.endsWith(QLatin1String(".vkt"))) {
+        reportError(QStringLiteral("not a library file: ") + vkt);
+        return int(ExitFailed);
+    }
+    answerNextDialog(c, vkt);
+    LibraryContext lc = c.library();
+    mnu_Library_Delete(lc);
+    printRows(c.lib.MP3_List);
+    return int(ExitOk);
+});
+
+using NamingCommand = void (*)(LibraryContext&);
+
+struct Scope {
+    const char* name;
+    NamingCommand rename, relocate;
+};
+
+const Scope kScopes[] = {
+    {"track", &mnu_Library_Rename_Track, &mnu_Library_Relocate_Track},
+    {"selection", &mnu_Library_Rename_Selection, &mnu_Library_Relocate_Selection},
+    {"album", &mnu_Library_Rename_Album, &mnu_Library_Relocate_Album},
+    {"all", &mnu_Library_Rename_All, &mnu_Library_Relocate_All},
+};
+
+// rename|relocate LIB.vkt SCOPE [ROW...]: ROWs count from 1 in the order
+// "open" prints; the first is the selected row, all of them the selection.
+// Without ROW the first row stays selected, as opening leaves it.
+int namingCommand(CliContext& c, const QStringList& args, bool rename)
+{
+    if (args.size() < 2)
+        return ExitUsage;
+    const Scope* scope = nullptr;
+    for (const Scope& s : kScopes)
+        if (args[1] == QLatin1String(s.name))
+            scope = &s;
+    if (!scope)
+        return usageError(QStringLiteral("the scope is track, selection, album or all: ") + args[1]);
+    std::vector<int> rows;
+    for (const QString& text : args.mid(2)) {
+        bool ok = false;
+        const int row = text.toInt(&ok);
+        if (!ok || row < 1)
+            return usageError(QStringLiteral("a row is a number from 1: ") + text);
+        rows.push_back(row - 1);
+    }
+    return onLibrary(c, args[0], Lengths::Tags, [&](LibraryContext& lc) {
+        TrackList& list = lc.lib.MP3_List;
+        for (const int row : rows) {
+            if (row >= list.count())
+                return usageError(QStringLiteral("row %1 is not in the list of %2 rows").arg(row + 1).arg(list.count()));
+        }
+        if (!rows.empty())
+            list.setSelection(rows, rows.front());
+        (rename ? scope->rename : scope->relocate)(lc);
+        return int(ExitOk);
+    });
+}
+
+const CliCommand renameCommand("rename", "rename LIB.vkt track|selection|album|all [ROW...]",
+                               [](CliContext& c, const QStringList& args) { return namingCommand(c, args, true); });
+
+const CliCommand relocateCommand("relocate", "relocate LIB.vkt track|selection|album|all [ROW...]",
+                                 [](CliContext& c, const QStringList& args) { return namingCommand(c, args, false); });
+
+}  // namespace
+}  // namespace sonorit::cli

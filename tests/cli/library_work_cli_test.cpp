@@ -1,0 +1,347 @@
+// The library verbs of sonorit-cli run as a separate program in a private home
+// on real MP3 files: creating a library over a folder, the three imports,
+// rename and relocate by rows, refresh, sort, delete and the usage errors.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+
+#include "cli_run.h"
+#include "tests/support/mp3_maker.h"
+#include "tests/support/qt_gtest_print.h"
+#include "tests/support/tag_bytes.h"
+#include "tests/support/temp_env.h"
+
+using namespace sonorit::test;
+
+namespace {
+
+// LAME audio behind an ID3v2.3 tag of the given frames; no tag when all are empty.
+QByteArray song(const QByteArray& artist, const QByteArray& album, const QByteArray& track, const QByteArray& title,
+                const QByteArray& albumArtist = {})
+{
+    QByteArray frames;
+    const std::pair<const char*, QByteArray> fields[] = {
+        {"TPE1", artist}, {"TALB", album}, {"TRCK", track}, {"TIT2", title}, {"TPE2", albumArtist}};
+    for (const auto& [id, text] : fields)
+        if (!text.isEmpty())
+            frames += textFrame(id, text);
+    const QByteArray audio = makeMp3({0.5});
+    return frames.isEmpty() ? audio : tag(frames) + audio;
+}
+
+void put(const QString& path, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    writeFile(path, bytes);
+}
+
+// Folder and file of each printed row, relative to `base`.
+QStringList placesOf(const CliRun& r, const QString& base)
+{
+    QStringList places;
+    for (const QString& line : r.out)
+        places << QDir(base).relativeFilePath(line.section('\t', 8, 8) + '/' + line.section('\t', 9, 9));
+    return places;
+}
+
+QStringList mp3sUnder(const QString& folder)
+{
+    QStringList found;
+    QDirIterator it(folder, {"*.mp3"}, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        found << QDir(folder).relativeFilePath(it.next());
+    found.sort();
+    return found;
+}
+
+QStringList titlesOf(const CliRun& r)
+{
+    QStringList titles;
+    for (const QJsonObject& o : r.json)
+        titles << (o.contains("error") ? "error: " + o["error"].toString() : o["title"].toString());
+    return titles;
+}
+
+// The 1-based row of the printed list whose Title column is `title`.
+QString rowOf(const QString& vkt, const QString& title)
+{
+    const CliRun r = runCli({"open", vkt});
+    for (int i = 0; i < r.out.size(); ++i)
+        if (r.out[i].section('\t', 3, 3) == title)
+            return QString::number(i + 1);
+    ADD_FAILURE() << "no row titled " << title.toStdString();
+    return "0";
+}
+
+QByteArray iniValue(const QString& file, const QByteArray& key)
+{
+    for (const QByteArray& line : readFile(file).split('\n'))
+        if (line.startsWith(key + '='))
+            return line.mid(key.size() + 1).trimmed();
+    return {};
+}
+
+// A library over an empty Main folder beside it, made by "new".
+QString newEmptyLibrary(const TempEnv& env)
+{
+    QDir().mkpath(env.path("Main"));
+    const CliRun r = runCli({"--dialog", env.path("Main"), "new", env.path("Lib.vkt")});
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    return env.path("Lib.vkt");
+}
+
+}  // namespace
+
+TEST(CliLibraryWork, NewLibraryTakesInTheTracksUnderItsMainFolderAndLeavesThemWhereTheyAre)
+{
+    TempEnv env;
+    const QString main = env.path("Music");
+    const QMap<QString, QByteArray> files = {
+        {"in/b.mp3", song("Abba", "Gold", "01", "Waterloo")},
+        {"in/deeper/a.mp3", song("Beatles", "Help", "02", "Yesterday")},
+        {"loose.mp3", song({}, {}, {}, {})},
+    };
+    for (auto it = files.begin(); it != files.end(); ++it)
+        put(main + '/' + it.key(), it.value());
+    put(main + "/notes.txt", "not audio");
+
+    // The library's name relative to the working folder, as typed in a shell.
+    const CliRun r = runCli({"--dialog", "Music", "new", "Lib.vkt"}, env.root());
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_EQ(titlesOf(r), (QStringList{"Info", "Library Backup?", "MP3 Scan", "Refresh Report"}));
+    EXPECT_TRUE(r.json.back()["text"].toString().contains("3 tracks were added."));
+
+    // Rows in folder and file order; an untagged track has empty tag columns.
+    EXPECT_EQ(placesOf(r, main), (QStringList{"loose.mp3", "in/b.mp3", "in/deeper/a.mp3"}));
+    ASSERT_EQ(r.out.size(), 3);
+    EXPECT_EQ(r.out[1].section('\t', 0, 3), "Abba\tGold\t01\tWaterloo");
+    EXPECT_EQ(r.out[2].section('\t', 0, 3), "Beatles\tHelp\t02\tYesterday");
+    EXPECT_EQ(r.out[0].section('\t', 0, 3), "\t\t\t");
+    QStringList ids;
+    for (const QString& line : r.out)
+        ids << line.section('\t', 10, 10);
+    ids.sort();
+    EXPECT_EQ(ids, (QStringList{"TRACK 1", "TRACK 2", "TRACK 3"}));
+
+    // The files stay as they were; the library gains its Quarantaine and its files.
+    for (auto it = files.begin(); it != files.end(); ++it)
+        EXPECT_EQ(readFile(main + '/' + it.key()), it.value()) << it.key().toStdString();
+    EXPECT_TRUE(QFileInfo(main + "/Quarantaine").isDir());
+    const QString vkt = env.path("Lib.vkt");
+    EXPECT_EQ(iniValue(vkt, "LIB_FOLDER"), (main + '/').toUtf8());
+    EXPECT_EQ(iniValue(vkt, "ALBUM_COUNT"), "3");
+    EXPECT_TRUE(QFileInfo(QString::fromUtf8(iniValue(vkt, "ALBUMLIB_NAME"))).isFile());
+    EXPECT_EQ(iniValue(env.path(".config/ZEVSonorit/ZEVSonorit.ini"), "Last_Used_Lib"), vkt.toUtf8());
+
+    // What was written is what opening reads.
+    EXPECT_EQ(runCli({"open", vkt}).out, r.out);
+}
+
+TEST(CliLibraryWork, NewLibraryTakesItsFoldersFromTheDialogValuesAndStopsWhenTheyRunOut)
+{
+    TempEnv env;
+    QDir().mkpath(env.path("Main"));
+    QDir().mkpath(env.path("Backup"));
+    const CliRun withBackup = runCli({"--answers", "ok,yes", "--dialog", env.path("Main"), "--dialog",
+                                      env.path("Backup"), "new", env.path("B.vkt")});
+    ASSERT_EQ(withBackup.exitCode, 0) << withBackup.err.toStdString();
+    EXPECT_EQ(iniValue(env.path("B.vkt"), "LIB_FOLDER"), env.path("Main/").toUtf8());
+    EXPECT_EQ(iniValue(env.path("B.vkt"), "BAK_FOLDER"), env.path("Backup/").toUtf8());
+    EXPECT_TRUE(withBackup.out.isEmpty());
+
+    // The Main Folder must be chosen, and a Backup folder asked for keeps being
+    // asked for: without values left both end in a usage error and leave no
+    // half-made library behind.
+    const struct {
+        QStringList options;
+        const char* lastQuestion;
+    } rows[] = {
+        {{}, "Info"},
+        {{"--answers", "ok,yes", "--dialog", env.path("Main")}, "Library Backup?"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.options.join(' ').toStdString());
+        const CliRun r = runCli(row.options + QStringList{"new", env.path("C.vkt")});
+        EXPECT_EQ(r.exitCode, 2);
+        ASSERT_GE(r.json.size(), 2u) << r.err.toStdString();
+        EXPECT_EQ(titlesOf(r).back(), "error: no --dialog value left for a dialog the command needs");
+        EXPECT_EQ(titlesOf(r).value(int(r.json.size()) - 2), row.lastQuestion);
+        EXPECT_FALSE(QFileInfo::exists(env.path("C.vkt")));
+    }
+    EXPECT_EQ(runCli({"new", env.path("D.notalibrary")}).exitCode, 2);
+}
+
+TEST(CliLibraryWork, ImportsCopyIntoTheRuleFoldersAndLeaveTheSourcesAlone)
+{
+    TempEnv env;
+    const QString vkt = newEmptyLibrary(env), main = env.path("Main");
+    const QMap<QString, QByteArray> sources = {
+        {"One/x.mp3", song("Abba", "Gold", "01", "Waterloo")},
+        {"Flat/y.mp3", song("Beatles", "Help", "02", "Yesterday")},
+        {"Flat/comp.mp3", song("Blondie", "Hits of 1980", "05", "Atomic", "Various Artists")},
+        {"Flat/untagged.mp3", song({}, {}, {}, {})},
+        {"Flat/below/not-by-scan.mp3", song("Cream", "Disraeli Gears", "01", "Strange Brew")},
+        {"Tree/a/z.mp3", song("10cc", "Sheet Music", "03", "Wall Street Shuffle")},
+        {"Tree/a/b/w.mp3", song("\xc9" "dith", "Best", "01", "Padam")},  // ID3 text in Latin-1
+    };
+    for (auto it = sources.begin(); it != sources.end(); ++it)
+        put(env.path(it.key()), it.value());
+    put(env.path("Flat/notes.mp3"), "no audio here");
+
+    const CliRun add = runCli({"add", vkt, env.path("One/x.mp3"), env.path("One/missing.mp3")});
+    EXPECT_EQ(add.exitCode, 0);
+    EXPECT_EQ(placesOf(add, main), QStringList{"A/Abba/Gold/x.mp3"});
+    EXPECT_EQ(titlesOf(add), QStringList{"error: file not found: " + env.path("One/missing.mp3")});
+
+    // The relative folder is taken from the working folder.
+    const CliRun scan = runCli({"scan", vkt, "Flat"}, env.root());
+    EXPECT_EQ(scan.exitCode, 0) << scan.err.toStdString();
+    EXPECT_EQ(mp3sUnder(main), (QStringList{"A/Abba/Gold/x.mp3", "B/Beatles/Help/y.mp3", "Quarantaine/untagged.mp3",
+                                            "Various Artists/Hits of 1980/comp.mp3"}));
+
+    const CliRun tree = runCli({"scan-tree", vkt, env.path("Tree")});
+    EXPECT_EQ(tree.exitCode, 0) << tree.err.toStdString();
+    const QStringList all = {"0-9/10cc/Sheet Music/z.mp3", "A/Abba/Gold/x.mp3", "B/Beatles/Help/y.mp3",
+                             "Quarantaine/untagged.mp3", "Various Artists/Hits of 1980/comp.mp3",
+                             "_#_/\u00c9dith/Best/w.mp3"};
+    EXPECT_EQ(mp3sUnder(main), all);
+    QStringList listed = placesOf(tree, main);
+    listed.sort();
+    EXPECT_EQ(listed, all);
+    EXPECT_TRUE(tree.json.empty()) << tree.err.toStdString();
+
+    // Sources and copies are byte for byte the same; file names are unique here.
+    for (auto it = sources.begin(); it != sources.end(); ++it) {
+        EXPECT_EQ(readFile(env.path(it.key())), it.value()) << it.key().toStdString();
+        for (const QString& place : all)
+            if (QFileInfo(place).fileName() == QFileInfo(it.key()).fileName()) {
+                EXPECT_EQ(readFile(main + '/' + place), it.value()) << place.toStdString();
+            }
+    }
+
+    // A folder of the library itself is refreshed instead, if the question says so.
+    const CliRun inside = runCli({"--answers", "yes", "scan", vkt, main + "/A"});
+    EXPECT_EQ(inside.exitCode, 0);
+    EXPECT_EQ(titlesOf(inside), (QStringList{"You cannot 'Import' Library folders!", "Refresh Report"}));
+    EXPECT_EQ(inside.out.size(), all.size());
+
+    for (const QStringList& args : QList<QStringList>{
+             {"add", vkt}, {"scan", vkt}, {"scan", vkt, env.path("Nowhere")}, {"scan-tree", vkt, "a", "b"}}) {
+        EXPECT_EQ(runCli(args).exitCode, 2) << args.join(' ').toStdString();
+    }
+    EXPECT_EQ(runCli({"add", env.path("None.vkt"), env.path("One/x.mp3")}).exitCode, 1);
+}
+
+TEST(CliLibraryWork, RenameAndRelocateTakeTheRowsAsOpenPrintsThem)
+{
+    TempEnv env;
+    const QString main = env.path("Main");
+    put(main + "/in/t1.mp3", song("Abba", "Gold", "01", "Waterloo"));
+    put(main + "/in/t2.mp3", song("Abba", "Gold", "02", "SOS"));
+    put(main + "/in/t3.mp3", song("Beatles", "Help", "01", "Help"));
+    put(main + "/in/t4.mp3", song("Beatles", "Help", "07", "Ticket to Ride"));
+    put(main + "/in/t5.mp3", song("Cream", "Wheels", "03", "White Room"));
+    const QByteArray waterloo = readFile(main + "/in/t1.mp3");
+    ASSERT_EQ(runCli({"--dialog", main, "new", env.path("Lib.vkt")}).exitCode, 0);
+    const QString vkt = env.path("Lib.vkt");
+
+    // Usage errors change nothing.
+    for (const QStringList& args : QList<QStringList>{{"rename", vkt}, {"rename", vkt, "everything"},
+                                                      {"rename", vkt, "track", "6"}, {"rename", vkt, "track", "0"},
+                                                      {"relocate", vkt, "selection", "1", "x"},
+                                                      {"relocate", vkt, "all", "1", "99"}}) {
+        const CliRun r = runCli(args);
+        EXPECT_EQ(r.exitCode, 2) << args.join(' ').toStdString();
+        EXPECT_TRUE(r.out.isEmpty());
+    }
+    EXPECT_EQ(mp3sUnder(main), (QStringList{"in/t1.mp3", "in/t2.mp3", "in/t3.mp3", "in/t4.mp3", "in/t5.mp3"}));
+
+    const CliRun one = runCli({"rename", vkt, "track", rowOf(vkt, "SOS")});
+    EXPECT_EQ(one.exitCode, 0) << one.err.toStdString();
+    EXPECT_EQ(mp3sUnder(main), (QStringList{"in/Abba - Gold - 02 - SOS.mp3", "in/t1.mp3", "in/t3.mp3", "in/t4.mp3",
+                                            "in/t5.mp3"}));
+    EXPECT_TRUE(placesOf(one, main).contains("in/Abba - Gold - 02 - SOS.mp3"));
+
+    // The first row is the selected one: the album is Waterloo's, not Help's.
+    EXPECT_EQ(runCli({"rename", vkt, "album", rowOf(vkt, "Waterloo"), rowOf(vkt, "Help")}).exitCode, 0);
+    EXPECT_EQ(mp3sUnder(main), (QStringList{"in/Abba - Gold - 01 - Waterloo.mp3", "in/Abba - Gold - 02 - SOS.mp3",
+                                            "in/t3.mp3", "in/t4.mp3", "in/t5.mp3"}));
+
+    // The selection is every row named, and only those.
+    EXPECT_EQ(runCli({"relocate", vkt, "selection", rowOf(vkt, "Ticket to Ride"), rowOf(vkt, "Waterloo")}).exitCode,
+              0);
+    EXPECT_EQ(mp3sUnder(main), (QStringList{"A/Abba/Gold/Abba - Gold - 01 - Waterloo.mp3", "B/Beatles/Help/t4.mp3",
+                                            "in/Abba - Gold - 02 - SOS.mp3", "in/t3.mp3", "in/t5.mp3"}));
+
+    EXPECT_EQ(runCli({"rename", vkt, "all"}).exitCode, 0);
+    const CliRun all = runCli({"relocate", vkt, "all"});
+    EXPECT_EQ(all.exitCode, 0) << all.err.toStdString();
+    const QStringList placed = {"A/Abba/Gold/Abba - Gold - 01 - Waterloo.mp3", "A/Abba/Gold/Abba - Gold - 02 - SOS.mp3",
+                                "B/Beatles/Help/Beatles - Help - 01 - Help.mp3",
+                                "B/Beatles/Help/Beatles - Help - 07 - Ticket to Ride.mp3",
+                                "C/Cream/Wheels/Cream - Wheels - 03 - White Room.mp3"};
+    EXPECT_EQ(mp3sUnder(main), placed);
+    EXPECT_FALSE(QFileInfo::exists(main + "/in"));  // emptied folders go
+    QStringList listed = placesOf(all, main);
+    listed.sort();
+    EXPECT_EQ(listed, placed);
+    EXPECT_EQ(readFile(main + '/' + placed[0]), waterloo);
+    QStringList reopened = placesOf(runCli({"open", vkt}), main);
+    reopened.sort();
+    EXPECT_EQ(reopened, placed);
+}
+
+TEST(CliLibraryWork, RefreshAndSortFollowTheDiskAndDeleteRemovesOnlyTheLibraryFiles)
+{
+    TempEnv env;
+    const QString main = env.path("Main");
+    put(main + "/a.mp3", song("Abba", "Gold", "01", "Waterloo"));
+    put(main + "/b.mp3", song("Abba", "Gold", "02", "SOS"));
+    const QString vkt = env.path("Lib.vkt");
+    ASSERT_EQ(runCli({"--dialog", main, "new", vkt}).exitCode, 0);
+
+    QFile::remove(main + "/a.mp3");
+    put(main + "/sub/c.mp3", song("Cream", "Wheels", "03", "White Room"));
+    const CliRun refresh = runCli({"refresh", vkt});
+    EXPECT_EQ(refresh.exitCode, 0);
+    EXPECT_EQ(placesOf(refresh, main), (QStringList{"b.mp3", "sub/c.mp3"}));
+    ASSERT_EQ(refresh.json.size(), 1u);
+    EXPECT_TRUE(refresh.json[0]["text"].toString().startsWith(
+        "1 tracks were removed.\r\n0 tracks were refreshed.\r\n1 tracks were added."));
+    EXPECT_EQ(refresh.out.value(1).section('\t', 0, 3), "Cream\tWheels\t03\tWhite Room");
+    // Not sorted: the new track took the slot of the one that left.
+    const auto ids = [](const CliRun& r) {
+        QStringList list;
+        for (const QString& line : r.out)
+            list << line.section('\t', 10, 10);
+        return list;
+    };
+    EXPECT_EQ(ids(refresh), (QStringList{"TRACK 2", "TRACK 1"}));
+
+    const CliRun sort = runCli({"sort", vkt});
+    EXPECT_EQ(sort.exitCode, 0);
+    EXPECT_EQ(ids(sort), (QStringList{"TRACK 1", "TRACK 2"}));
+    EXPECT_EQ(placesOf(sort, main), placesOf(refresh, main));
+    EXPECT_EQ(runCli({"open", vkt}).out, sort.out);
+    EXPECT_EQ(runCli({"refresh", env.path("missing.vkt")}).exitCode, 1);
+    EXPECT_EQ(runCli({"sort", vkt, vkt}).exitCode, 2);
+
+    const QString trackfile = QString::fromUtf8(iniValue(vkt, "ALBUMLIB_NAME"));
+    const QString idfile = QString::fromUtf8(iniValue(vkt, "FREEID_NAME"));
+    const CliRun keep = runCli({"delete", vkt});  // "no" by default
+    EXPECT_EQ(keep.exitCode, 0);
+    ASSERT_EQ(keep.json.size(), 1u);
+    EXPECT_EQ(keep.json[0]["title"].toString(), "Delete Libray?");
+    EXPECT_TRUE(keep.json[0]["text"].toString().startsWith("Are you sure you want to delete the Library named Lib ?"));
+    EXPECT_TRUE(QFileInfo::exists(vkt) && QFileInfo::exists(trackfile) && QFileInfo::exists(idfile));
+
+    const CliRun gone = runCli({"--answers", "yes", "delete", vkt});
+    EXPECT_EQ(gone.exitCode, 0);
+    EXPECT_TRUE(gone.out.isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(vkt) || QFileInfo::exists(trackfile) || QFileInfo::exists(idfile));
+    EXPECT_EQ(mp3sUnder(main), (QStringList{"b.mp3", "sub/c.mp3"}));
+    EXPECT_EQ(runCli({"delete", vkt}).exitCode, 1);
+    EXPECT_EQ(runCli({"delete"}).exitCode, 2);
+}
