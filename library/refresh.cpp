@@ -1,7 +1,6 @@
 #include "refresh.h"
 
 #include <QHash>
-#include <QSaveFile>
 #include <algorithm>
 
 #include "library/open_library.h"
@@ -21,6 +20,13 @@ namespace sonorit {
 namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
+
+// The order of the merge is the list's own sort order, plain comparison of
+// case-folded text, so that the list, the scan and the merge agree.
+int Compare_Folded(const QString& foldedA, const QString& foldedB)
+{
+    return QString::compare(foldedA, foldedB, Qt::CaseSensitive);
+}
 
 // What phase 1 learns of each distinct existing track, in list order.
 struct Known {
@@ -175,6 +181,7 @@ void addNew(Refresh& r, const QString& path)
 {
     ++r.counts.added;
     r.c.ui.setLabel18(QStringLiteral("Adding ") + path + QStringLiteral(" to library"));
+    r.c.ui.yield();  // the label shows the file being added, not the one before
     Add_MP3(r.c, path);
 }
 
@@ -269,11 +276,6 @@ void finish(Refresh& r, const QString& remembered)
 }
 
 }  // namespace
-
-int Compare_Folded(const QString& a, const QString& b)
-{
-    return QString::compare(a, b, Qt::CaseSensitive);
-}
 
 RefreshCounts mnu_Library_Refresh(LibraryContext& c)
 {

@@ -21,8 +21,4 @@ RefreshCounts mnu_Library_Refresh(LibraryContext& c);
 // Reads the track of row `index` again from its file and stores the row.
 void Update_Track_From_File(LibraryContext& c, const QString& path, int index);
 
-// Order of the merge: the list's own sort order (case-folded text), so that
-// both lists sorted by the list and the merge agree.
-int Compare_Folded(const QString& a, const QString& b);
-
 }  // namespace sonorit
