@@ -141,4 +141,31 @@ void Write_Relocate_Options(const NamingRules& t, const QString& libraryFile)
     ini.write(kDetails, QStringLiteral("PREFIX"), Bool_Text(t.prefix));
 }
 
+void AcceptRenameOptions(NamingState& n)
+{
+    n.tables.fileLists = n.working.fileLists;
+    n.tables.separators = n.working.separators;
+}
+
+void AcceptRelocateOptions(NamingState& n)
+{
+    n.tables.folderLists = n.working.folderLists;
+    n.tables.prefix = n.working.prefix;
+}
+
+void Accept_Naming_Options(NamingState& n, const QString& libraryFile)
+{
+    AcceptRenameOptions(n);
+    if (!libraryFile.isEmpty())
+        Write_Rename_Options(n.tables, libraryFile);
+    AcceptRelocateOptions(n);
+    if (!libraryFile.isEmpty())
+        Write_Relocate_Options(n.tables, libraryFile);
+}
+
+void Cancel_Naming_Options(NamingState& n)
+{
+    n.working = n.tables;
+}
+
 }  // namespace sonorit

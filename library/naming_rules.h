@@ -44,4 +44,14 @@ void Read_Transfer_Save_Naming_Rules(NamingState& n, const QString& libraryFile)
 void Write_Rename_Options(const NamingRules& tables, const QString& libraryFile);    // lists A, B
 void Write_Relocate_Options(const NamingRules& tables, const QString& libraryFile);  // lists C, D, PREFIX
 
+// The working lists of the file names (rows and separators) into the tables.
+void AcceptRenameOptions(NamingState& n);
+// The working lists of the folders and the prefix into the tables.
+void AcceptRelocateOptions(NamingState& n);
+// OK of the options window: both accepted and written to the library file
+// (nothing is written without one).
+void Accept_Naming_Options(NamingState& n, const QString& libraryFile);
+// Cancel: the working lists are filled from the tables again.
+void Cancel_Naming_Options(NamingState& n);
+
 }  // namespace sonorit

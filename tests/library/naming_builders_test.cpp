@@ -105,3 +105,24 @@ TEST(NamingBuilders, MakeNewTrackReadsTheRowAndTheLibraryRules)
     ASSERT_TRUE(Open_Library(f.ctx, f.files.vkt));
     EXPECT_EQ(MakeNewTrack(f.ctx, 0, 0), "Gold_03_Waterloo.mp3");
 }
+
+TEST(NamingBuilders, EditedRulesCountOnlyOnceAccepted)
+{
+    LibraryFixture f;
+    ASSERT_TRUE(f.open());
+    NamingState& n = f.lib.naming;
+    n.working.separators[1] = 0;
+    n.working.prefix = false;
+    Cancel_Naming_Options(n);  // Cancel: back to the accepted rules
+    EXPECT_TRUE(n.working == NamingRules::defaults());
+
+    n.working.separators[1] = 0;
+    n.working.prefix = false;
+    n.working.folderLists[1][0].checked = false;
+    Accept_Naming_Options(n, f.files.vkt);
+    EXPECT_TRUE(n.tables == n.working);
+    EXPECT_EQ(IniFile(f.files.vkt).read("DETAILS", "SEPARATOR_B", ""), "0");
+    EXPECT_EQ(IniFile(f.files.vkt).read("DETAILS", "PREFIX", ""), "False");
+    EXPECT_EQ(IniFile(f.files.vkt).read("DETAILS", "DETAIL_D1_STATE", ""), "False");
+    EXPECT_EQ(MakePreview(n.working, 3), "LIBRARY_FOLDER/Album/");
+}
