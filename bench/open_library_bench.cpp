@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 
 #include "library/open_library.h"
+#include "library/trackfile.h"
 #include "shell/app_state.h"
 #include "shell/ui_port.h"
 #include "tests/support/library_maker.h"
@@ -65,7 +66,31 @@ void BM_OpenLibrary30000(benchmark::State& state)
     state.counters["peak_MB_before_open"] = before;
 }
 
+// One record rewritten in the middle of the Trackfile of an open library, as
+// a rename or relocation of one track does.
+void BM_ReplaceRecordOf20000(benchmark::State& state)
+{
+    TempEnv env;
+    const LibraryFiles files = makeLibrary(env, 20000);
+    ScriptedUi ui;
+    AppState app(env.paths());
+    LibraryState lib;
+    LibraryContext c{app, lib, ui};
+    if (!Open_Library(c, files.vkt))
+        state.SkipWithError("the library did not open");
+    const int row = lib.MP3_List.count() / 2;
+    TrackRow r = lib.MP3_List.row(row);
+    const int id = r[ColID].mid(6).toInt();
+    int n = 0;
+    for (auto _ : state) {
+        r[ColFolder] = QStringLiteral("/home/user/Music/Moved %1").arg(++n);
+        if (!Replace_Track_Record(c, id, Join_Track_Record(r)))
+            state.SkipWithError("the record was not written");
+    }
+}
+
 }  // namespace
 
+BENCHMARK(BM_ReplaceRecordOf20000)->Unit(benchmark::kMillisecond)->Iterations(20);
 BENCHMARK(BM_OpenLibrary30000)->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK_MAIN();

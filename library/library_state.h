@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <cstdint>
+#include <map>
 #include <vector>
 
 #include "library/naming_rules.h"
@@ -47,6 +48,13 @@ struct LibraryState {
         qint64 offset = -1;
         qint64 size = 0;
     } lastRecord;
+    // While a command renames or relocates many rows, their records gather
+    // here and are written in one pass now and then, not one pass per row.
+    struct RecordBatch {
+        bool active = false;
+        std::map<int, QString> records;  // by ID
+        QString firstWhat, firstOldPath;  // named if the write fails
+    } recordBatch;
 
     int Free_ID_Count() const { return static_cast<int>(Free_IDs.size()); }
     bool failAt(const char* step) const { return faults && faults->fail(step); }

@@ -57,6 +57,7 @@ void run(LibraryContext& c, Action action, const std::vector<int>& rows, bool ti
         c.ui.setLabel17(action == Action::Rename ? QStringLiteral("Renaming all Files...")
                                                  : QStringLiteral("Relocating all Files..."));
     }
+    Begin_Record_Batch(c);
     int done = 0;
     for (const int index : rows) {
         if (index >= list.count())
@@ -73,6 +74,7 @@ void run(LibraryContext& c, Action action, const std::vector<int>& rows, bool ti
         if (!goOn)
             break;
     }
+    End_Record_Batch(c);
     if (showProgress) {
         c.ui.hideProgress();
         c.ui.unshieldLibrary();

@@ -62,15 +62,42 @@ void stampRow(LibraryContext& c, int index, const QString& path)
     c.lib.MP3_List.setField(index, ColFilelength, stamp.length);
 }
 
+void recordFailure(LibraryContext& c, const QString& what, const QString& oldPath)
+{
+    c.ui.message(what + kLfCr + oldPath + kLfCr + QStringLiteral("BUT, the tags could not be saved in the library-file.")
+                     + kLfCr + QStringLiteral("Please select the menufunction Libray => Refresh as soon as possible."),
+                 QStringLiteral("Library file update failure"), Buttons::Ok, Icon::Warning);
+}
+
+constexpr size_t kBatchRows = 500;
+
+void flushBatch(LibraryContext& c)
+{
+    LibraryState::RecordBatch& b = c.lib.recordBatch;
+    if (b.records.empty())
+        return;
+    if (c.lib.failAt("move-record") || !Replace_Track_Records(c, b.records))
+        recordFailure(c, b.firstWhat, b.firstOldPath);
+    b.records.clear();
+}
+
 // Stores the row's record and points the playlist's first entry of the old
 // path at the new one.
 void storeRow(LibraryContext& c, int index, const QString& oldPath, const QString& newPath, const QString& what)
 {
     const TrackRow& row = c.lib.MP3_List.row(index);
-    if (c.lib.failAt("move-record") || !Replace_Track_Record(c, Track_ID_Of(row[ColID]), Join_Track_Record(row))) {
-        c.ui.message(what + kLfCr + oldPath + kLfCr + QStringLiteral("BUT, the tags could not be saved in the library-file.")
-                         + kLfCr + QStringLiteral("Please select the menufunction Libray => Refresh as soon as possible."),
-                     QStringLiteral("Library file update failure"), Buttons::Ok, Icon::Warning);
+    LibraryState::RecordBatch& b = c.lib.recordBatch;
+    if (b.active) {
+        if (b.records.empty()) {
+            b.firstWhat = what;
+            b.firstOldPath = oldPath;
+        }
+        b.records[Track_ID_Of(row[ColID])] = Join_Track_Record(row);
+        if (b.records.size() >= kBatchRows)
+            flushBatch(c);
+    } else if (c.lib.failAt("move-record")
+               || !Replace_Track_Record(c, Track_ID_Of(row[ColID]), Join_Track_Record(row))) {
+        recordFailure(c, what, oldPath);
     }
     const int at = c.lib.Playlist_Paths.indexOf(oldPath);
     if (at >= 0)
@@ -133,6 +160,7 @@ bool Rename_Track(LibraryContext& c, int index)
         // same row for the Track command, would blank the record of a row
         // that stays when Selection, Album or All replace a file, and the
         // next import would hand that row's ID out again.)
+        flushBatch(c);  // the slots as the list knows them before one goes
         if (Remove_Track_Record(c, Track_ID_Of(list.field(index, ColID)))) {
             list.removeAt(index);
             Write_Album_Count(c);
@@ -193,6 +221,17 @@ bool Relocate_Track(LibraryContext& c, int index, bool tidy)
         return true;
     tidyUp(oldFolder, newFolder);
     return true;
+}
+
+void Begin_Record_Batch(LibraryContext& c)
+{
+    c.lib.recordBatch.active = true;
+}
+
+void End_Record_Batch(LibraryContext& c)
+{
+    flushBatch(c);
+    c.lib.recordBatch.active = false;
 }
 
 }  // namespace sonorit

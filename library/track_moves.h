@@ -13,4 +13,10 @@ bool Rename_Track(LibraryContext& c, int index);
 // `tidy`: covers follow the track and emptied folders are removed.
 bool Relocate_Track(LibraryContext& c, int index, bool tidy);
 
+// Around a run over many rows: the records of the moved tracks are written
+// every few hundred rows and at the end, in one pass over the Trackfile each.
+// A failure is reported once, naming the first track of the pass.
+void Begin_Record_Batch(LibraryContext& c);
+void End_Record_Batch(LibraryContext& c);
+
 }  // namespace sonorit

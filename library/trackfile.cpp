@@ -2,9 +2,11 @@
 
 #include <QFile>
 #include <QSaveFile>
+#include <algorithm>
+#include <map>
+#include <vector>
 
 #include "shell/app_state.h"
-#include "shell/file_copy.h"
 #include "shell/ui_port.h"
 
 namespace sonorit {
@@ -30,97 +32,86 @@ QByteArray header(const QByteArray& tag, quint32 length)
     return h;
 }
 
-// Hops through an open file from record to record. -1 if the slot is not there.
-qint64 findSlot(QFile& f, const QByteArray& tag, qint64* recordEnd)
-{
-    const qint64 size = f.size();
-    qint64 pos = 0;
-    char h[kHeaderSize];
-    while (pos + kHeaderSize <= size) {
-        if (!f.seek(pos) || f.read(h, kHeaderSize) != kHeaderSize)
-            return -1;
-        const qint64 next = pos + kHeaderSize + lengthOf(h);
-        if (QByteArray::fromRawData(h, 10) == tag) {
-            if (next > size)
-                return -1;
-            *recordEnd = next;
-            return pos;
-        }
-        pos = next;
-    }
-    return -1;
-}
-
-QString tempTrack(const LibraryContext& c) { return c.app.Data_Folder() + QStringLiteral("TempTrack.000"); }
-QString tempBak(const LibraryContext& c) { return c.app.Data_Folder() + QStringLiteral("TempTrack.bak"); }
-
-void dropTemps(LibraryContext& c)
-{
-    deleteUntilGone(tempTrack(c), &c.ui);
-    deleteUntilGone(tempBak(c), &c.ui);
-}
-
 enum class Outcome { Done, Failed, NoSlot };
 
-// One attempt of the copy-and-splice. The previous file stands in
-// "TempTrack.000" and "TempTrack.bak" while the new one is built; the
-// Trackfile itself is replaced only by the finished successor.
-Outcome spliceOnce(LibraryContext& c, int id, Splice kind, const QByteArray& text)
+struct Change {
+    Splice kind = Splice::Replace;
+    QByteArray text;
+};
+
+// One attempt of a rewrite of some slots. The file is read once and its
+// successor written beside it with the changed records in place; the
+// Trackfile is replaced only by the finished successor, so a failure at any
+// step leaves it as it was.
+Outcome spliceOnce(LibraryContext& c, const std::map<int, Change>& changes)
 {
-    dropTemps(c);
-    if (c.lib.failAt("backup") || !copyFileKeepingTime(c.app.Trackfile, tempTrack(c))
-        || !copyFileKeepingTime(c.app.Trackfile, tempBak(c))) {
-        dropTemps(c);
+    QFile in(c.app.Trackfile);
+    if (c.lib.failAt("read") || !in.open(QIODevice::ReadOnly))
         return Outcome::Failed;
+    const QByteArray file = in.readAll();
+    in.close();
+
+    // Where each changed slot lies, found by hopping from record to record.
+    struct Place {
+        qint64 start, end;
+        const Change* change;
+    };
+    std::vector<Place> places;
+    places.reserve(changes.size());
+    for (const auto& [id, change] : changes) {
+        qint64 end = 0;
+        const qint64 start = Find_Track_Slot(file, id, &end);
+        if (start < 0)
+            return Outcome::NoSlot;  // a missing slot does not come back by trying again
+        places.push_back({start, end, &change});
     }
-    QFile in(tempTrack(c));
-    if (!in.open(QIODevice::ReadOnly)) {
-        dropTemps(c);
-        return Outcome::Failed;
-    }
-    const QByteArray tag = Track_Tag(id);
-    qint64 recordEnd = 0;
-    const qint64 slot = findSlot(in, tag, &recordEnd);
-    if (slot < 0) {
-        in.close();
-        dropTemps(c);
-        return Outcome::NoSlot;
-    }
+    std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.start < b.start; });
     c.ui.yield();
 
     QSaveFile out(c.app.Trackfile);
-    bool ok = out.open(QIODevice::WriteOnly) && in.seek(0) && !c.lib.failAt("copy-before")
-              && copyBlocks(in, out, slot);
-    if (ok && kind != Splice::Truncate) {
-        const QByteArray body = kind == Splice::Blank ? QByteArray(1, '\0') : text + '\0';
-        ok = !c.lib.failAt("write-record") && out.write(header(tag, quint32(body.size()))) == kHeaderSize
+    bool ok = out.open(QIODevice::WriteOnly) && !c.lib.failAt("copy-before");
+    qint64 pos = 0;
+    for (const Place& p : places) {
+        if (!ok)
+            break;
+        ok = out.write(file.constData() + pos, p.start - pos) == p.start - pos;
+        pos = p.end;
+        if (p.change->kind == Splice::Truncate) {
+            pos = file.size();  // nothing follows the slot cut off
+            break;
+        }
+        const QByteArray body = p.change->kind == Splice::Blank ? QByteArray(1, '\0') : p.change->text + '\0';
+        ok = ok && !c.lib.failAt("write-record")
+             && out.write(header(file.mid(p.start, 10), quint32(body.size()))) == kHeaderSize
              && out.write(body) == body.size();
-        ok = ok && in.seek(recordEnd) && !c.lib.failAt("copy-after")
-             && copyBlocks(in, out, in.size() - recordEnd);
     }
-    in.close();
+    ok = ok && !c.lib.failAt("copy-after") && out.write(file.constData() + pos, file.size() - pos) == file.size() - pos;
     ok = ok && !c.lib.failAt("commit") && out.commit();
     if (!ok)
         out.cancelWriting();
-    dropTemps(c);
     return ok ? Outcome::Done : Outcome::Failed;
 }
 
-bool splice(LibraryContext& c, int id, Splice kind, const QByteArray& text)
+bool splice(LibraryContext& c, const std::map<int, Change>& changes)
 {
-    c.lib.lastRecord = {};  // offsets behind the slot move
+    c.lib.lastRecord = {};  // offsets behind the slots move
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        switch (spliceOnce(c, id, kind, text)) {
+        switch (spliceOnce(c, changes)) {
         case Outcome::Done:
             return true;
         case Outcome::NoSlot:
-            return false;  // a missing slot does not come back by trying again
+            return false;
         case Outcome::Failed:
             c.ui.yield();
             break;
         }
     }
     return false;
+}
+
+bool splice(LibraryContext& c, int id, Splice kind, const QByteArray& text)
+{
+    return splice(c, {{id, Change{kind, text}}});
 }
 
 // The record appended last, rewritten where it stands: what follows an import
@@ -223,6 +214,18 @@ bool Blank_Track_Record(LibraryContext& c, int id)
 bool Truncate_At_Track_Record(LibraryContext& c, int id)
 {
     return splice(c, id, Splice::Truncate, QByteArray());
+}
+
+bool Replace_Track_Records(LibraryContext& c, const std::map<int, QString>& texts)
+{
+    std::map<int, Change> changes;
+    for (const auto& [id, text] : texts) {
+        const QByteArray bytes = text.toUtf8();
+        if (bytes.size() > kMaxTextBytes)
+            return false;
+        changes[id] = Change{Splice::Replace, bytes};
+    }
+    return changes.empty() || splice(c, changes);
 }
 
 bool Append_Track_Record(LibraryContext& c, int id, const QString& text)

@@ -13,7 +13,7 @@ using namespace sonorit::test;
 
 namespace {
 
-const char* const kSteps[] = {"import-copy", "add-record", "append", "backup",  "copy-before", "write-record",
+const char* const kSteps[] = {"import-copy", "add-record", "append", "read", "copy-before", "write-record",
                               "copy-after",  "commit",     "relocate-move", "move-record", "sort-write",
                               "sort-commit"};
 

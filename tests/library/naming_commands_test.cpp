@@ -133,3 +133,18 @@ TEST(NamingCommands, SelectionWorksOnCollectedRowsAndTrackOnTheSelectedOne)
     mnu_Library_Relocate_Selection(f.ctx);
     EXPECT_EQ(f.trackfile(), before);
 }
+
+TEST(NamingCommands, ALastingRecordFailureIsReportedOnceForTheWholeRun)
+{
+    WorkFixture f;
+    fill(f, {{"in/a.mp3", tags("Abba", "Gold", "1", "One")}, {"in/b.mp3", tags("Cher", "Hits", "2", "Two")}});
+    const QString first = f.pathOf(0);
+    FailAt fail("move-record");
+    f.lib.faults = &fail;
+    f.lib.MP3_List.select(0);
+    mnu_Library_Rename_All(f.ctx);
+    EXPECT_EQ(fail.asked, 1);  // both rows in one pass
+    ASSERT_EQ(f.ui.titles(), QStringList{"Library file update failure"});
+    EXPECT_TRUE(f.ui.messages[0].text.startsWith("The following track is renamed:\n\r" + first + "\n\r"));
+    EXPECT_EQ(f.filesUnderMain(), (QStringList{"in/Abba - Gold - 01 - One.mp3", "in/Cher - Hits - 02 - Two.mp3"}));
+}

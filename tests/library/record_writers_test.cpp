@@ -66,7 +66,7 @@ TEST(RecordWriters, AFailureAtAnyStepLeavesTheTrackfileAsItWas)
     ASSERT_TRUE(f.open());
     const QByteArray original = f.trackfile();
     auto& c = f.ctx;
-    const QStringList splice = {"backup", "copy-before", "write-record", "copy-after", "commit"};
+    const QStringList splice = {"read", "copy-before", "write-record", "copy-after", "commit"};
     const struct {
         const char* name;
         std::function<bool()> run;
@@ -75,7 +75,7 @@ TEST(RecordWriters, AFailureAtAnyStepLeavesTheTrackfileAsItWas)
     } writers[] = {
         {"replace", [&] { return Replace_Track_Record(c, 2, "TWO"); }, splice, trackfileOf({"one", "TWO", "three"})},
         {"blank", [&] { return Blank_Track_Record(c, 2); }, splice, trackfileOf({"one", "", "three"})},
-        {"truncate", [&] { return Truncate_At_Track_Record(c, 3); }, {"backup", "copy-before", "commit"},
+        {"truncate", [&] { return Truncate_At_Track_Record(c, 3); }, {"read", "copy-before", "commit"},
          trackfileOf({"one", "two"})},
         {"append", [&] { return Append_Track_Record(c, 4, "four"); }, {"append"},
          trackfileOf({"one", "two", "three", "four"})},
