@@ -120,6 +120,8 @@ bool Add_MP3(LibraryContext& c, const QString& path)
 bool Import_Track(LibraryContext& c, const QString& source)
 {
     const QString target = Add_Backslash(c.app.Quarantaine_Folder) + Get_Path_File(source);
+    // Made when the library opened; made again if it went since.
+    QDir().mkpath(c.app.Quarantaine_Folder);
     int row = -1;
     bool added = false;
     if (File_Exists(target)) {

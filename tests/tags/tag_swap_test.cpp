@@ -7,25 +7,13 @@
 
 #include "fixtures.h"
 #include "tags/tag_swap.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/scripted_ui.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
 
 namespace {
-// A real write error: the system refuses to grow a file beyond `bytes`, as on a full disk.
-struct FileSizeLimit {
-    rlimit old{};
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &old);
-        const rlimit limit{bytes, old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &old); }
-};
-
 const QByteArray kTxxx = frame("TXXX", QByteArray("\0k\0v", 4));
 const QByteArray kTrack = tag(textFrame("TPE1", "Old") + kTxxx) + makeMp3({2});
 
