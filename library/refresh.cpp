@@ -49,6 +49,7 @@ struct Refresh {
     std::vector<int> removeIndex;  // rows, rising
     QHash<QString, int> folderTracks;  // case-folded folder -> distinct tracks
     std::vector<Scanned> scanned;
+    VisitedFolders visited;
     RefreshCounts counts;
 };
 
@@ -137,6 +138,8 @@ void removeTracks(Refresh& r)
 void refreshScan(Refresh& r, const QString& folder)
 {
     LibraryContext& c = r.c;
+    if (!r.visited.enter(folder))
+        return;
     for (const QString& sub : Sub_Folders(folder))
         refreshScan(r, folder + QLatin1Char('/') + sub);
     const QStringList files = Mp3_Files(folder);
@@ -287,7 +290,7 @@ RefreshCounts mnu_Library_Refresh(LibraryContext& c)
     c.ui.showProgress();
     c.ui.shieldLibrary();
 
-    Refresh r{c, {}, {}, {}, {}, {}};
+    Refresh r{c, {}, {}, {}, {}, {}, {}};
     list.setHidden(true);
     list.beginBulk();
     analyse(r);

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <sys/stat.h>
 
 #include "library/refresh.h"
 #include "library/slots.h"
@@ -169,8 +170,20 @@ QStringList Mp3_Files(const QString& folder)
     return QDir(folder).entryList({QStringLiteral("*.mp3")}, QDir::Files, QDir::Name | QDir::IgnoreCase);
 }
 
-void DirectoryScan(LibraryContext& c, const QString& folder, bool recursive)
+bool VisitedFolders::enter(const QString& folder)
 {
+    struct stat st;
+    if (::stat(QFile::encodeName(folder).constData(), &st) != 0)
+        return false;
+    return seen_.insert({quint64(st.st_dev), quint64(st.st_ino)}).second;
+}
+
+namespace {
+
+void directoryScan(LibraryContext& c, const QString& folder, bool recursive, VisitedFolders& visited)
+{
+    if (!visited.enter(folder))
+        return;
     if (recursive) {
         for (const QString& sub : Sub_Folders(folder)) {
             const QString path = Add_Backslash(folder) + sub;
@@ -179,7 +192,7 @@ void DirectoryScan(LibraryContext& c, const QString& folder, bool recursive)
                              QStringLiteral("No need to re-import current library"), Buttons::Ok, Icon::None);
                 continue;
             }
-            DirectoryScan(c, path, true);
+            directoryScan(c, path, true, visited);
         }
     }
     const QStringList files = Mp3_Files(folder);
@@ -196,6 +209,14 @@ void DirectoryScan(LibraryContext& c, const QString& folder, bool recursive)
         if (Is_Mpeg(path))
             Import_Track(c, path);
     }
+}
+
+}  // namespace
+
+void DirectoryScan(LibraryContext& c, const QString& folder, bool recursive)
+{
+    VisitedFolders visited;
+    directoryScan(c, folder, recursive, visited);
 }
 
 namespace {

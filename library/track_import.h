@@ -5,6 +5,8 @@
 // The source is never touched, except that a confirmed overwrite in move mode
 // deletes it.
 #include <QString>
+#include <set>
+#include <utility>
 
 #include "library/library_state.h"
 
@@ -30,5 +32,16 @@ void DirectoryScan(LibraryContext& c, const QString& folder, bool recursive);
 // left out, as a folder list on the desktop leaves them out.
 QStringList Sub_Folders(const QString& folder);
 QStringList Mp3_Files(const QString& folder);
+
+// Keeps a folder walk from entering one folder twice: a link that leads back
+// up the tree would otherwise never let it end.
+class VisitedFolders {
+public:
+    // False when the folder was entered before (or cannot be looked at).
+    bool enter(const QString& folder);
+
+private:
+    std::set<std::pair<quint64, quint64>> seen_;  // device and inode
+};
 
 }  // namespace sonorit

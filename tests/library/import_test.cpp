@@ -2,6 +2,7 @@
 // refusal of library folders and what failures leave behind.
 #include <gtest/gtest.h>
 
+#include "library/refresh.h"
 #include "library/slots.h"
 #include "library/track_import.h"
 #include "work_fixture.h"
@@ -187,4 +188,20 @@ TEST(Import, AddMp3MenuTakesOnlyMpegFiles)
     mnu_Library_Add_MP3(f.ctx);
     EXPECT_EQ(f.lib.MP3_List.count(), 1);
     EXPECT_EQ(f.lib.MP3_List.selected(), 0);
+}
+
+TEST(Import, ALinkBackUpTheTreeEndsTheWalks)
+{
+    WorkFixture f;
+    f.source("t/a/1.mp3", tags("", "", "", "one"));
+    ASSERT_TRUE(QFile::link(f.env.path("Src/t"), f.env.path("Src/t/a/loop")));
+    f.ui.dialogResults = {f.env.path("Src/t")};
+    mnu_Library_Scan_Tree(f.ctx);
+    EXPECT_EQ(f.column(ColFilename), QStringList{"1.mp3"});
+    EXPECT_TRUE(f.ui.messages.empty());  // not met again through the link
+
+    writeTaggedMp3(f.main + "x/2.mp3", tags("", "", "", "two"));
+    ASSERT_TRUE(QFile::link(f.main + "x", f.main + "x/again"));
+    f.ui.answers = {Answer::No};
+    EXPECT_EQ(mnu_Library_Refresh(f.ctx).added, 1);
 }
