@@ -105,8 +105,10 @@ void storeRow(LibraryContext& c, int index, const QString& oldPath, const QStrin
 }
 
 // Covers go with the first track of an album to move; then the old folder and
-// its parents go while they hold no file. Any failure ends this in silence.
-void tidyUp(const QString& oldFolder, const QString& newFolder)
+// its parents go while they hold no file. Only folders below the Main Folder
+// are removed: a track taken in from elsewhere leaves that place as it was.
+// Any failure ends this in silence.
+void tidyUp(const QString& oldFolder, const QString& newFolder, const QString& mainFolder)
 {
     for (const char* cover : {"Folder.jpg", "AlbumArtSmall.jpg"}) {
         const QString from = Add_Backslash(oldFolder) + QLatin1String(cover);
@@ -115,7 +117,8 @@ void tidyUp(const QString& oldFolder, const QString& newFolder)
             moveFile(from, to);
     }
     QString folder = oldFolder;
-    while (!folder.isEmpty()) {
+    while (folder.size() + 1 > mainFolder.size() && Add_Backslash(folder).startsWith(mainFolder)
+           && Add_Backslash(folder) != mainFolder) {
         QFile::remove(Add_Backslash(folder) + QStringLiteral("desktop.ini"));
         if (!QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System).isEmpty())
             return;
@@ -219,7 +222,7 @@ bool Relocate_Track(LibraryContext& c, int index, bool tidy)
     storeRow(c, index, oldPath, newPath, QStringLiteral("The following track is relocated:"));
     if (!tidy || oldFolder == c.app.Quarantaine_Folder)
         return true;
-    tidyUp(oldFolder, newFolder);
+    tidyUp(oldFolder, newFolder, c.app.Library_Main_Folder);
     return true;
 }
 

@@ -124,6 +124,11 @@ TEST(TrackMoves, RelocateWithTidyTakesCoversAndRemovesEmptiedFolders)
     EXPECT_TRUE(QDir(f.main + "Old Artist/Keep").exists());
     EXPECT_TRUE(f.recordsMatchList());
     EXPECT_TRUE(f.ui.messages.empty());
+
+    // A track taken in from outside the library leaves its old folder there.
+    const int outside = addLoose(f, "3.mp3", tags("Abba", "Gold", "3", "Three"));
+    ASSERT_TRUE(Relocate_Track(f.ctx, outside, true));
+    EXPECT_TRUE(QDir(f.env.path("Src/loose")).exists());
 }
 
 TEST(TrackMoves, RelocateDropsOneTrailingDotAndLeavesQuarantaineAlone)
