@@ -10,25 +10,20 @@
 #include "cli_run.h"
 #include "tests/support/mp3_maker.h"
 #include "tests/support/qt_gtest_print.h"
-#include "tests/support/tag_bytes.h"
+#include "tests/support/tagged_mp3.h"
 #include "tests/support/temp_env.h"
 
 using namespace sonorit::test;
 
 namespace {
 
-// LAME audio behind an ID3v2.3 tag of the given frames; no tag when all are empty.
-QByteArray song(const QByteArray& artist, const QByteArray& album, const QByteArray& track, const QByteArray& title,
-                const QByteArray& albumArtist = {})
+// Half a second of LAME audio behind an ID3v2.3 tag; no tag when all are empty.
+QByteArray song(const char* artist, const char* album, const char* track, const char* title, bool various = false)
 {
-    QByteArray frames;
-    const std::pair<const char*, QByteArray> fields[] = {
-        {"TPE1", artist}, {"TALB", album}, {"TRCK", track}, {"TIT2", title}, {"TPE2", albumArtist}};
-    for (const auto& [id, text] : fields)
-        if (!text.isEmpty())
-            frames += textFrame(id, text);
-    const QByteArray audio = makeMp3({0.5});
-    return frames.isEmpty() ? audio : tag(frames) + audio;
+    // Latin-1, as the tag holds it.
+    return taggedMp3({QString::fromLatin1(artist), QString::fromLatin1(album), QString::fromLatin1(track),
+                      QString::fromLatin1(title), {}, {}, various},
+                     {0.5});
 }
 
 void put(const QString& path, const QByteArray& bytes)
@@ -101,7 +96,7 @@ TEST(CliLibraryWork, NewLibraryTakesInTheTracksUnderItsMainFolderAndLeavesThemWh
     const QMap<QString, QByteArray> files = {
         {"in/b.mp3", song("Abba", "Gold", "01", "Waterloo")},
         {"in/deeper/a.mp3", song("Beatles", "Help", "02", "Yesterday")},
-        {"loose.mp3", song({}, {}, {}, {})},
+        {"loose.mp3", song("", "", "", "")},
     };
     for (auto it = files.begin(); it != files.end(); ++it)
         put(main + '/' + it.key(), it.value());
@@ -180,8 +175,8 @@ TEST(CliLibraryWork, ImportsCopyIntoTheRuleFoldersAndLeaveTheSourcesAlone)
     const QMap<QString, QByteArray> sources = {
         {"One/x.mp3", song("Abba", "Gold", "01", "Waterloo")},
         {"Flat/y.mp3", song("Beatles", "Help", "02", "Yesterday")},
-        {"Flat/comp.mp3", song("Blondie", "Hits of 1980", "05", "Atomic", "Various Artists")},
-        {"Flat/untagged.mp3", song({}, {}, {}, {})},
+        {"Flat/comp.mp3", song("Blondie", "Hits of 1980", "05", "Atomic", true)},
+        {"Flat/untagged.mp3", song("", "", "", "")},
         {"Flat/below/not-by-scan.mp3", song("Cream", "Disraeli Gears", "01", "Strange Brew")},
         {"Tree/a/z.mp3", song("10cc", "Sheet Music", "03", "Wall Street Shuffle")},
         {"Tree/a/b/w.mp3", song("\xc9" "dith", "Best", "01", "Padam")},  // ID3 text in Latin-1

@@ -8,7 +8,7 @@
 
 namespace sonorit::test {
 
-bool writeTaggedMp3(const QString& path, const TrackTags& t, const Mp3Recipe& recipe)
+QByteArray taggedMp3(const TrackTags& t, const Mp3Recipe& recipe)
 {
     QByteArray body;
     auto add = [&](const char* id, const QString& value) {
@@ -25,10 +25,18 @@ bool writeTaggedMp3(const QString& path, const TrackTags& t, const Mp3Recipe& re
         add("TPE2", QStringLiteral("Various Artists"));
     const QByteArray audio = makeMp3(recipe);
     if (audio.isEmpty())
+        return {};
+    return (body.isEmpty() ? QByteArray() : tag(body)) + audio;
+}
+
+bool writeTaggedMp3(const QString& path, const TrackTags& t, const Mp3Recipe& recipe)
+{
+    const QByteArray bytes = taggedMp3(t, recipe);
+    if (bytes.isEmpty())
         return false;
     QDir().mkpath(QFileInfo(path).absolutePath());
-    writeFile(path, (body.isEmpty() ? QByteArray() : tag(body)) + audio);
-    return QFileInfo(path).size() > 0;
+    writeFile(path, bytes);
+    return QFileInfo(path).size() == bytes.size();
 }
 
 }  // namespace sonorit::test

@@ -11,8 +11,10 @@ struct TrackTags {
     bool various = false;  // TPE2 "Various Artists"
 };
 
-// The tag's text frames (ISO-8859-1) in front of LAME audio; false if the
-// file could not be written.
+// The tag's text frames (ISO-8859-1) in front of LAME audio; no tag when all
+// fields are empty. Empty if LAME refuses the recipe.
+QByteArray taggedMp3(const TrackTags& tags, const Mp3Recipe& recipe = {});
+// The same written to `path`, folders made; false if it could not be written.
 bool writeTaggedMp3(const QString& path, const TrackTags& tags, const Mp3Recipe& recipe = {});
 
 }  // namespace sonorit::test
