@@ -125,22 +125,23 @@ const CliCommand scanTree("scan-tree", "scan-tree LIB.vkt DIR", [](CliContext& c
     return scanCommand(c, args, &mnu_Library_Scan_Tree);
 });
 
-const CliCommand refresh("refresh", "refresh LIB.vkt", [](CliContext& c, const QStringList& args) {
+// A menu command that works on the whole open library and asks for nothing.
+int wholeLibraryCommand(CliContext& c, const QStringList& args, Lengths lengths, void (*run)(LibraryContext&))
+{
     if (args.size() != 1)
-        return int(ExitUsage);
-    return onLibrary(c, args[0], Lengths::Decoder, [](LibraryContext& lc) {
-        mnu_Library_Refresh(lc);
+        return ExitUsage;
+    return onLibrary(c, args[0], lengths, [run](LibraryContext& lc) {
+        run(lc);
         return int(ExitOk);
     });
+}
+
+const CliCommand refresh("refresh", "refresh LIB.vkt", [](CliContext& c, const QStringList& args) {
+    return wholeLibraryCommand(c, args, Lengths::Decoder, [](LibraryContext& lc) { mnu_Library_Refresh(lc); });
 });
 
 const CliCommand sort("sort", "sort LIB.vkt", [](CliContext& c, const QStringList& args) {
-    if (args.size() != 1)
-        return int(ExitUsage);
-    return onLibrary(c, args[0], Lengths::Tags, [](LibraryContext& lc) {
-        mnu_Library_Sort(lc);
-        return int(ExitOk);
-    });
+    return wholeLibraryCommand(c, args, Lengths::Tags, &mnu_Library_Sort);
 });
 
 // The library is not opened first. A run of sonorit-cli starts with no
