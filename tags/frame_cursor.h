@@ -17,6 +17,10 @@ public:
 
     qint64 consumed() const { return consumed_; }
 
+    // The byte `ahead` places after the next one, without taking it; -1
+    // behind the end of the source.
+    int peek(qint64 ahead = 0) { return src_.byteAt(offset_ + consumed_ + ahead); }
+
     // The next byte, or -1 at the end of the source.
     int byte()
     {

@@ -38,22 +38,44 @@ bool unitsToText(const QByteArray& raw, bool bigEndian, bool keepZeros, QString&
     return true;
 }
 
-// An encoded string up to its terminator, as the MIME type and the picture
-// description are read: by the encoding byte, a byte order mark in encoding 1.
-bool readEncodedString(FrameCursor& c, int encoding, QString& out)
+bool atByteOrderMark(FrameCursor& c)
 {
-    if (encoding == 0) {
-        out = fromCp1252(c.bytesToZero());
-        return true;
-    }
-    if (encoding == 1) {
+    const int a = c.peek(), b = c.peek(1);
+    return (a == 0xFF && b == 0xFE) || (a == 0xFE && b == 0xFF);
+}
+
+// The MIME type is single-byte text whatever the encoding byte says; only a
+// tag that wrote it in UTF-16 anyway (a byte order mark in front) is read so.
+bool readMime(FrameCursor& c, int encoding, QString& out)
+{
+    if (encoding == 1 && atByteOrderMark(c)) {
         bool ok = true;
         const bool bigEndian = c.readByteOrderMark();
         out = c.unitsToZero(bigEndian, ok);
         return ok;
     }
-    out.clear();
+    out = fromCp1252(c.bytesToZero());
     return true;
+}
+
+// Passes a picture's description, which the program drops: its characters
+// do not matter, only where it ends. In UTF-16 an empty description may be
+// its terminator alone, without a byte order mark.
+void skipDescription(FrameCursor& c, int encoding)
+{
+    if (encoding != 1 && encoding != 2) {
+        c.bytesToZero();
+        return;
+    }
+    bool ok = true;
+    bool bigEndian = encoding == 2;
+    if (encoding == 1 && c.peek() == 0 && c.peek(1) == 0) {
+        c.unit(false);
+        return;
+    }
+    if (encoding == 1 && atByteOrderMark(c))
+        bigEndian = c.readByteOrderMark();
+    c.unitsToZero(bigEndian, ok);
 }
 
 bool copyImage(ByteSource& src, qint64 offset, qint64 count, const QString& target, CoverWrite how)
@@ -173,7 +195,7 @@ PictureHead Read_Picture_Head(ByteSource& src, qint64 position)
         return head;
     FrameCursor c(src, position + kHeader);
     head.encoding = c.byte();
-    if (!readEncodedString(c, head.encoding, head.mime))
+    if (!readMime(c, head.encoding, head.mime))
         return head;
     head.pictureType = c.byte();
     head.consumed = c.consumed();
@@ -193,9 +215,7 @@ bool Extract_Picture(ByteSource& src, qint64 position, const QString& target, Co
     if (!frame || !head.ok || !Is_Jpeg_Mime(head.mime) || head.pictureType != 3)
         return false;
     FrameCursor c(src, position + kHeader + head.consumed);
-    QString description;  // read to find the image, then dropped
-    if (!readEncodedString(c, head.encoding, description))
-        return false;
+    skipDescription(c, head.encoding);
     const qint64 counted = head.consumed + c.consumed();
     const qint64 start = position - 1 + kHeader + counted;
     const qint64 count = qint64(frame->Frame_Size) - counted;

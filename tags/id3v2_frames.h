@@ -34,8 +34,8 @@ QString Read_Comment_Frame(TagState& state, ByteSource& src, qint64 position);
 // Comment_Read); the description still goes to Comment_Description.
 QString Read_Comment_Quick(TagState& state, ByteSource& src, qint64 position);
 
-// The start of an APIC frame: encoding, MIME type (read by the encoding byte,
-// as the program always did) and picture type. The writer decides on old
+// The start of an APIC frame: encoding, MIME type (single-byte text, or
+// UTF-16 where a byte order mark stands in front of it) and picture type. The writer decides on old
 // pictures with it.
 struct PictureHead {
     bool ok = false;

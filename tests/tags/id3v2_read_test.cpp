@@ -91,6 +91,11 @@ TEST_F(Tag2Read, PanelModeAndTheWalk)
     read(tag(apicFrame("image/jpg", 3, "LONG") + apicFrame("image/jpeg", 3, "AB") + apicFrame("image/jpeg", 3, "0123"))
              .chopped(3));
     EXPECT_EQ(readFile(state.coverPath()), "ABNG");
+    // A UTF-16 description, empty or beyond the page, is passed by.
+    for (const QByteArray& description : {utf16("封面", true) + QByteArray(2, '\0'), QByteArray(2, '\0')}) {
+        read(tag(frame("APIC", QByteArray("\x01" "image/jpeg\0\x03", 13) + description + "IMG")));
+        EXPECT_EQ(readFile(state.coverPath()), "IMG");
+    }
     read(tag(kFullBody) + mp3Frame());
     EXPECT_EQ(fields(f), QStringList({"The Kinks", "Arthur", "3/12", "1969", "Victoria", "Various Artists", "",
                                       "215499", "(17)Rock", "/m/a.mp3", "/m/a.mp3", "8250", TagStamp()}));

@@ -86,6 +86,10 @@ TEST(Tag2Writer, WhichOldFramesSurvive)
         };
     };
     const auto none = [](TagState&, TagOptions&) {};
+    // Front covers as other taggers store them: a UTF-16 description behind a single-byte MIME type.
+    const auto front16 = [](const QByteArray& description) {
+        return frame("APIC", QByteArray("\x01" "image/jpeg\0\x03", 13) + description + "FRONT16");
+    };
     const Tag2Writer P = Tag2Writer::Panel, F = Tag2Writer::Filename, Q = Tag2Writer::Quick;
     using Setup = std::function<void(TagState&, TagOptions&)>;
     const std::tuple<const char*, Tag2Writer, QByteArray, Setup, const char*> rows[] = {
@@ -97,6 +101,12 @@ TEST(Tag2Writer, WhichOldFramesSurvive)
         {"option 8 off drops the front cover", Q, pictures, off(8), "TIT2 APIC:0 APIC:4"},
         {"a new cover replaces the old front", P, pictures, cover(1, {}, jpeg), "TIT2 APIC:3 APIC:0 APIC:4"},
         {"filename: cover removed", F, pictures, cover(0, {}), "TIT2 APIC:0 APIC:4"},
+        {"a new cover replaces a front described in UTF-16", P, tag(front16(utf16("Vorderseite", false) + QByteArray(2, '\0')) + kOther),
+         cover(1, {}, jpeg), "TIT2 APIC:3 APIC:0"},
+        {"a new cover replaces one described beyond the page", P, tag(front16(utf16("封面", true) + QByteArray(2, '\0')) + kBack),
+         cover(1, {}, jpeg), "TIT2 APIC:3 APIC:4"},
+        {"filename: removed, an empty UTF-16 description", F, tag(front16(QByteArray(2, '\0')) + kBack), cover(0, {}),
+         "TIT2 APIC:4"},
         {"filename: new cover", F, pictures, cover(2, jpeg), "TIT2 APIC:3 APIC:0 APIC:4"},
         {"filename: a chosen file that is gone", F, pictures, cover(2, env.path("gone.jpg")), "TIT2 APIC:0 APIC:4"},
         {"a MIME type past its frame: no type", F,
