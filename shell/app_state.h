@@ -46,6 +46,7 @@ struct OptionsState {
     bool ripAsWmaVisible = true;
     // Tag
     std::array<bool, 14> tagChecks{};
+    bool tagReadOther = false;  // "Read ID3v2.4 and v2.2 tags"
 };
 
 struct AppState {
@@ -76,6 +77,7 @@ struct AppState {
     int Import_Mode = 0;
     RipSettings Rip;
     std::array<bool, 14> Tag_Options{};
+    bool Tag_Read_Other = false;  // TagData/TAG_READ_OTHER: read v2.4 and v2.2 tags as v2.3
     bool WMA_Available = true;
 
     OptionsState options;

@@ -12,6 +12,7 @@ const QString kImport = QStringLiteral("Import");
 const QString kStartup = QStringLiteral("Startup");
 const QString kRip = QStringLiteral("RipData");
 const QString kTag = QStringLiteral("TagData");
+const QString kReadOther = QStringLiteral("TAG_READ_OTHER");
 const QString kGeneral = QStringLiteral("GENERAL");
 
 SettingsError notANumber(const QString& section, const QString& key, const QString& value)
@@ -204,12 +205,13 @@ std::optional<SettingsError> Get_Tag_Settings(AppState& s)
             return e;
         s.Tag_Options[i] = value;
     }
-    return {};
+    return readBool(s, kTag, kReadOther, QStringLiteral("False"), &s.Tag_Read_Other);
 }
 
 void Set_Tag_Options(AppState& s)
 {
     s.options.tagChecks = s.Tag_Options;
+    s.options.tagReadOther = s.Tag_Read_Other;
 }
 
 void Save_Tag_Settings(AppState& s)
@@ -219,6 +221,7 @@ void Save_Tag_Settings(AppState& s)
             continue;
         s.settings.SaveSetting(kTag, Tag_Key(i), Bool_Text(s.Tag_Options[i]));
     }
+    s.settings.SaveSetting(kTag, kReadOther, Bool_Text(s.Tag_Read_Other));
 }
 
 std::optional<SettingsError> Cycle_Main_Settings(AppState& s)

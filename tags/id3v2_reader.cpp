@@ -7,6 +7,7 @@
 #include "frame_names.h"
 #include "id3v1.h"
 #include "id3v2_frames.h"
+#include "other_versions.h"
 #include "shell/helpers.h"
 #include "tag2_header.h"
 
@@ -241,7 +242,8 @@ void Read_Tag2(TagState& state, ByteSource& src, const QString& path, Tag2Mode m
         ? QString()
         : mode == Tag2Mode::Quick ? state.quickCoverPath() : state.coverPath();
     Found found;
-    readFields(state, src, path, mode, coverFile, found);
+    TagView view(src, state.Read_Other_Versions);
+    readFields(state, view.source(), path, mode, coverFile, found);
     if (!found.cover && !coverFile.isEmpty())
         QFile::remove(coverFile);
 }

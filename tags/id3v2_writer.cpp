@@ -7,6 +7,7 @@
 #include "id3v2_writer_target.h"
 #include "id3v2_writer_walk.h"
 #include "mpeg_info.h"
+#include "other_versions.h"
 #include "shell/file_copy.h"
 #include "shell/helpers.h"
 
@@ -132,9 +133,13 @@ bool Write_Header(QIODevice& out, qint64 tagLength)
 
 }  // namespace
 
-bool Write_Tag2(Tag2Writer writer, TagState& state, const TagOptions& options, ByteSource& source, QIODevice& target)
+bool Write_Tag2(Tag2Writer writer, TagState& state, const TagOptions& options, ByteSource& file, QIODevice& target)
 {
     try {
+        // A tag of another version, when it is read at all, is kept as the
+        // v2.3 tag it reads as.
+        TagView view(file, state.Read_Other_Versions);
+        ByteSource& source = view.source();
         Mpeg_Info info;
         const qint64 audio = Find_First_Frame(source, info);
         if (audio == 0)

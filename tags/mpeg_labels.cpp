@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "mpeg_info.h"
+#include "other_versions.h"
 #include "shell/helpers.h"
 #include "tag2_header.h"
 #include "tag_state.h"
@@ -32,8 +33,10 @@ void showCounted(TagState& state, MpegLabels& labels, double spf, qint64 n, bool
 }
 }  // namespace
 
-MpegLabels Show_Mpeg_Info(TagState& state, ByteSource& src)
+MpegLabels Show_Mpeg_Info(TagState& state, ByteSource& file)
 {
+    TagView view(file, state.Read_Other_Versions);
+    ByteSource& src = view.source();
     MpegLabels labels;
     const qint64 start = Audio_Search_Start(src);
     Mpeg_Info info;

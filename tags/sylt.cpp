@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "frame_cursor.h"
+#include "other_versions.h"
 #include "tag2_header.h"
 
 namespace sonorit {
@@ -130,8 +131,10 @@ bool Parse_SYLT(LyricState& lyrics, ByteSource& src, qint64 position)
     return true;
 }
 
-bool Read_Synced_Lyrics(TagState& state, ByteSource& src)
+bool Read_Synced_Lyrics(TagState& state, ByteSource& file)
 {
+    TagView view(file, state.Read_Other_Versions);
+    ByteSource& src = view.source();
     const auto tag = Find_Tag2(src);
     if (!tag)
         return false;

@@ -124,6 +124,10 @@ struct TagState {
     // Where the covers of a read are extracted ("Cover.jpg", "QCover.jpg");
     // the program's data folder, ending in "/".
     QString Data_Folder;
+    // The setting "Read ID3v2.4 and v2.2 tags": such tags are read as if
+    // they were v2.3, and the next write stores them so. Off, they count as
+    // no tag.
+    bool Read_Other_Versions = false;
 
     Tag1Record Tag1_Record;
 
