@@ -1,8 +1,12 @@
 #include "byte_source.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <QFile>
 #include <cerrno>
+#include <cstring>
 
 #include <algorithm>
 #include <cstring>
@@ -34,10 +38,25 @@ qint64 MemorySource::readAt(qint64 offset, char* dst, qint64 n)
     return n;
 }
 
-FileSource::FileSource(const QString& path) : file_(path)
+FileSource::FileSource(const QString& path)
 {
-    if (file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        size_ = file_.size();
+    // Not blocking: opening a pipe for reading would wait for a writer.
+    fd_ = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    struct stat st;
+    if (fd_ >= 0 && ::fstat(fd_, &st) == 0 && S_ISREG(st.st_mode)) {
+        size_ = st.st_size;
+        return;
+    }
+    error_ = fd_ < 0 ? QString::fromLocal8Bit(std::strerror(errno)) : QStringLiteral("Not a regular file");
+    if (fd_ >= 0)
+        ::close(fd_);
+    fd_ = -1;
+}
+
+FileSource::~FileSource()
+{
+    if (fd_ >= 0)
+        ::close(fd_);
 }
 
 // One positioned read: no seek, and no buffer of QFile in between.
@@ -45,7 +64,7 @@ qint64 FileSource::readFile(qint64 offset, char* dst, qint64 n)
 {
     qint64 done = 0;
     while (done < n) {
-        const ssize_t got = ::pread(file_.handle(), dst + done, static_cast<size_t>(n - done), offset + done);
+        const ssize_t got = ::pread(fd_, dst + done, static_cast<size_t>(n - done), offset + done);
         if (got < 0 && errno == EINTR)
             continue;
         if (got <= 0)
@@ -72,7 +91,7 @@ bool FileSource::fill(qint64 blockStart)
 
 qint64 FileSource::readAt(qint64 offset, char* dst, qint64 n)
 {
-    if (!file_.isOpen() || offset < 0 || n <= 0 || offset >= size_)
+    if (fd_ < 0 || offset < 0 || n <= 0 || offset >= size_)
         return 0;
     n = std::min(n, size_ - offset);
     // Large reads (picture data) go straight to the file; they would only

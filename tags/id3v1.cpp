@@ -1,6 +1,11 @@
 #include "id3v1.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <cerrno>
+#include <cstring>
+
+#include "id3v2_writer_target.h"
 
 #include "shell/codepage.h"
 #include "shell/ui_port.h"
@@ -139,6 +144,12 @@ void Read_Tag1(TagState& state, const QString& path, UiPort& ui)
 
 bool Write_Tag1(const TagState& state, const QString& path, UiPort& ui)
 {
+    // A file made read-only stays so, even where the system would let the
+    // administrator write it.
+    if (QFileInfo::exists(path) && !Is_Writable_File(path)) {
+        reportError(ui, QString::fromLocal8Bit(std::strerror(EACCES)));
+        return false;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite)) {
         reportError(ui, file.errorString());

@@ -223,7 +223,7 @@ bool Extract_Picture(ByteSource& src, qint64 position, const QString& target, Co
     // stays untouched.
     if (count <= 0 || start + count > src.size())
         return false;
-    return copyImage(src, start, count, target, how);
+    return target.isEmpty() || copyImage(src, start, count, target, how);
 }
 
 }  // namespace sonorit

@@ -55,7 +55,7 @@ enum class CoverWrite { Overlay, Replace };
 
 // Copies the image of a JPEG front cover to target. True if it did. An empty
 // image, or one that runs past the end of the file, is none; on false the
-// target is as it was.
+// target is as it was. An empty target only tells whether there is a cover.
 bool Extract_Picture(ByteSource& src, qint64 position, const QString& target,
                      CoverWrite how = CoverWrite::Overlay);
 

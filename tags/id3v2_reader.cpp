@@ -58,7 +58,7 @@ void walk(TagState& state, ByteSource& src, const Tag2Header& tag, Tag2Mode mode
         else if (id == "TFRM")
             found.tfrm = Read_Text_Frame(src, p);
         else if (id == "APIC")
-            found.cover = (!coverFile.isEmpty()
+            found.cover = ((!coverFile.isEmpty() || !state.Covers_To_File)
                            && Extract_Picture(src, p, coverFile, found.cover ? CoverWrite::Overlay : CoverWrite::Replace))
                 || found.cover;
         else if (id == "COMM")
@@ -238,7 +238,7 @@ void Read_Tag2(TagState& state, ByteSource& src, const QString& path, Tag2Mode m
     // Without a data folder there is nowhere to put a cover, and the walk
     // leaves pictures alone. After a read the cover file of the mode holds
     // what the walk extracted, as if deleted first, or is gone.
-    const QString coverFile = state.Data_Folder.isEmpty()
+    const QString coverFile = state.Data_Folder.isEmpty() || !state.Covers_To_File
         ? QString()
         : mode == Tag2Mode::Quick ? state.quickCoverPath() : state.coverPath();
     Found found;

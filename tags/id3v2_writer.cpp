@@ -175,6 +175,10 @@ bool Write_Tag2(Tag2Writer writer, TagState& state, const TagOptions& options, B
 bool Write_Tag2(Tag2Writer writer, TagState& state, const TagOptions& options, const QString& source,
                 const QString& target)
 {
+    // The new file takes the old one's place: a track the user made
+    // read-only is not rewritten.
+    if (!Is_Writable_File(source))
+        return false;
     return Build_From_Audio(source, target, [&](ByteSource& in, QIODevice& out) { return Write_Tag2(writer, state, options, in, out); });
 }
 

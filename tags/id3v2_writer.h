@@ -42,8 +42,8 @@ enum class Tag2Writer {
 };
 
 // Reads the old file at `source`, deletes any `target` and builds the new file
-// there. False when the source has no audio frame (the target is not
-// touched), when the old tag holds a foreign "T"/"W" frame name with a
+// there. False when the source has no audio frame or is read-only (the
+// target is not touched), when the old tag holds a foreign "T"/"W" frame name with a
 // lower-case letter, or on any read or write error (the begun target is
 // removed). The fields stay as they are, except that a changed comment's
 // language becomes "eng".

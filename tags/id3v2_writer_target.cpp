@@ -2,6 +2,9 @@
 
 #include "mpeg_info.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -60,6 +63,14 @@ bool Build_From_Audio(const QString& source, const QString& target,
     } catch (...) {
         return false;
     }
+}
+
+bool Is_Writable_File(const QString& path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat st;
+    return ::stat(name.constData(), &st) == 0 && (st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH))
+        && ::access(name.constData(), W_OK) == 0;
 }
 
 bool Same_File(const QString& a, const QString& b)

@@ -25,6 +25,10 @@ bool Build_New_File(const QString& target, const std::function<bool(QIODevice&)>
 // file, and without audio the target is not touched at all.
 bool Build_From_Audio(const QString& source, const QString& target,
                       const std::function<bool(ByteSource&, QIODevice&)>& build);
+// True when the user lets the program change the file: the system allows
+// writing it and its mode keeps a write permission, so that a file made
+// read-only stays as it is even for the administrator.
+bool Is_Writable_File(const QString& path);
 // True when both paths name the same existing file: a writer must never
 // delete its own source as its target.
 bool Same_File(const QString& a, const QString& b);

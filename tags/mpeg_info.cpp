@@ -226,6 +226,13 @@ Mpeg_Frame Read_Mpeg_Frame(const QString& path, qint64 position)
 
 qint64 Count_Mpeg_Frames(ByteSource& src)
 {
+    if (!src.countedFrames)
+        src.countedFrames = Walk_Mpeg_Frames(src);
+    return *src.countedFrames;
+}
+
+qint64 Walk_Mpeg_Frames(ByteSource& src)
+{
     Mpeg_Info info;
     qint64 p = Find_First_Frame(src, info);
     if (p == 0)

@@ -72,7 +72,9 @@ Mpeg_Frame Read_Mpeg_Frame(const QString& path, qint64 position);
 
 // Frames walked one by one from the first; stops at the first thing that is
 // not a frame header.
+// The count is kept with the source, so that asking again costs nothing.
 qint64 Count_Mpeg_Frames(ByteSource& src);
+qint64 Walk_Mpeg_Frames(ByteSource& src);
 qint64 Count_Mpeg_Frames(const QString& path);
 
 // Samples_Per_Frame / Sample_Rate of the first frame; 0 without one.

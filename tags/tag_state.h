@@ -128,6 +128,9 @@ struct TagState {
     // they were v2.3, and the next write stores them so. Off, they count as
     // no tag.
     bool Read_Other_Versions = false;
+    // Off, a read only notes whether a cover is there (Cover_File) and
+    // leaves the cover files alone.
+    bool Covers_To_File = true;
 
     Tag1Record Tag1_Record;
 

@@ -1,5 +1,6 @@
 #include "track_seconds.h"
 
+#include <QDir>
 #include <QFile>
 #include <cmath>
 
@@ -50,7 +51,7 @@ int Decoder_Track_Seconds(const QString& path, const QString& dataFolder, Durati
 {
     try {
         const QString checkTime = dataFolder + QStringLiteral("CheckTime.mp3");
-        if (!probe || !Strip_Tag2(path, checkTime))
+        if (!probe || !QDir().mkpath(dataFolder) || !Strip_Tag2(path, checkTime))
             return 0;
         const auto duration = probe->durationSeconds(checkTime);
         QFile::remove(checkTime);
@@ -65,7 +66,18 @@ int Get_Track_Seconds(const QString& path, const QString& dataFolder, DurationPr
 {
     try {
         FileSource src(path);
-        const FirstFrame first = src.isOpen() ? Read_First_Frame(src) : FirstFrame{};
+        if (!src.isOpen())
+            return Decoder_Track_Seconds(path, dataFolder, probe);
+        return Get_Track_Seconds(src, path, dataFolder, probe);
+    } catch (...) {
+        return 0;
+    }
+}
+
+int Get_Track_Seconds(ByteSource& src, const QString& path, const QString& dataFolder, DurationProbe* probe)
+{
+    try {
+        const FirstFrame first = Read_First_Frame(src);
         if (!first.valid)
             return Decoder_Track_Seconds(path, dataFolder, probe);
         const qint64 frames = first.xingCount ? first.xingFrames : Count_Mpeg_Frames(src);

@@ -3,6 +3,7 @@
 // first frame is sound, from a real decoder run when it is not.
 #include <QString>
 
+#include "byte_source.h"
 #include "duration_port.h"
 #include "tag_state.h"
 
@@ -13,9 +14,13 @@ namespace sonorit {
 // "CheckTime.mp3" in `dataFolder` (ending in "/") and measured by `probe`;
 // the copy is deleted again afterwards. Without a probe that step gives 0.
 int Get_Track_Seconds(const QString& path, const QString& dataFolder, DurationProbe* probe);
+// The same for a file already open as `src` (its frame count is shared with
+// other questions about it); `path` is what a decoder run is given.
+int Get_Track_Seconds(ByteSource& src, const QString& path, const QString& dataFolder, DurationProbe* probe);
 
 // The decoder's answer alone: the audio stripped to "CheckTime.mp3" in
-// `dataFolder`, measured, rounded half to even, the copy deleted. 0 when
+// `dataFolder` (made if missing), measured, rounded half to even, the copy
+// deleted. 0 when
 // there is no frame, no probe or no answer.
 int Decoder_Track_Seconds(const QString& path, const QString& dataFolder, DurationProbe* probe);
 
