@@ -56,6 +56,12 @@ const char* answerName(Answer a)
 
 }  // namespace
 
+bool isAnswerWord(const QString& text)
+{
+    Answer a;
+    return parseAnswer(text, &a);
+}
+
 QString jsonString(const QString& text)
 {
     QString out = QStringLiteral("\"");

@@ -12,6 +12,8 @@
 namespace sonorit::cli {
 
 QString jsonString(const QString& text);  // a quoted, escaped JSON string
+// "yes", "no", "ok" or "cancel", in any case: the words --answer takes.
+bool isAnswerWord(const QString& text);
 
 class CliUi : public UiPort {
 public:

@@ -1,6 +1,9 @@
 // sonorit-cli: the program's core without windows, for scripts and tests.
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <optional>
 
 #include "cli/cli_context.h"
 
@@ -18,8 +21,27 @@ int usage()
     return ExitUsage;
 }
 
-// Takes the options shared by all commands out of the arguments.
-bool takeGlobalOptions(QStringList& args, CliUi& ui)
+// The tag verbs work on the files they are given alone: they start without
+// the application object and leave the data folder to the step that needs it.
+bool isTagVerb(const QString& verb)
+{
+    for (const char* v : {"tags", "write-tag1", "write-tag2", "retag", "strip"}) {
+        if (verb == QLatin1String(v))
+            return true;
+    }
+    return false;
+}
+
+// The folder of the running program, as the application object would tell it.
+QString programFolder()
+{
+    return QFileInfo(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath()).path();
+}
+
+// Takes the options shared by all commands out of the arguments. False with
+// `problem` set for an answer word that is none, with it empty for a missing
+// value.
+bool takeGlobalOptions(QStringList& args, CliUi& ui, QString& problem)
 {
     QStringList rest;
     for (int i = 0; i < args.size(); ++i) {
@@ -38,10 +60,20 @@ bool takeGlobalOptions(QStringList& args, CliUi& ui)
             }
             return false;
         };
+        const auto checked = [&](const QString& word) {
+            if (!isAnswerWord(word))
+                problem = QStringLiteral("\"%1\" is no answer: give yes, no, ok or cancel").arg(word);
+            return problem.isEmpty();
+        };
         if (takeValue(QStringLiteral("--answers"))) {
-            for (const QString& v : value.split(QLatin1Char(','), Qt::SkipEmptyParts))
+            for (const QString& v : value.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+                if (!checked(v))
+                    return false;
                 ui.answers.push_back(v);
+            }
         } else if (takeValue(QStringLiteral("--answer"))) {
+            if (!checked(value))
+                return false;
             ui.fallbackAnswer = value;
         } else if (takeValue(QStringLiteral("--dialog"))) {
             ui.dialogs.push_back(value);
@@ -60,17 +92,27 @@ bool takeGlobalOptions(QStringList& args, CliUi& ui)
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
-    QStringList args = app.arguments().mid(1);
+    QStringList args;
+    for (int i = 1; i < argc; ++i)
+        args << QString::fromLocal8Bit(argv[i]);
     CliUi ui;
-    if (!takeGlobalOptions(args, ui) || args.isEmpty())
+    QString problem;
+    if (!takeGlobalOptions(args, ui, problem) || args.isEmpty()) {
+        if (!problem.isEmpty())
+            reportError(problem);
         return usage();
+    }
     const QString verb = args.takeFirst();
     for (const CommandEntry& e : commands()) {
         if (e.verb != verb)
             continue;
-        AppState state(AppPaths::fromEnvironment(QCoreApplication::applicationDirPath()));
-        QDir().mkpath(state.paths.Data_Folder);
+        const bool tagVerb = isTagVerb(verb);
+        std::optional<QCoreApplication> app;
+        if (!tagVerb)
+            app.emplace(argc, argv);
+        AppState state(AppPaths::fromEnvironment(tagVerb ? programFolder() : QCoreApplication::applicationDirPath()));
+        if (!tagVerb)
+            QDir().mkpath(state.paths.Data_Folder);
         LibraryState lib;
         CliContext context{state, lib, ui};
         const int rc = e.run(context, args);

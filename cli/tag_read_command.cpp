@@ -1,14 +1,16 @@
 // sonorit-cli tags FILE...: everything the tag engine reads from a file, one
 // JSON object per line, in argument order.
-#include <QFileInfo>
+#include <cstdio>
 
 #include "cli/cli_context.h"
 #include "cli/json_writer.h"
 #include "platform/gstreamer/gst_duration_probe.h"
+#include "shell/settings_families.h"
 #include "tags/byte_source.h"
 #include "tags/id3v1.h"
 #include "tags/id3v2_reader.h"
 #include "tags/mpeg_info.h"
+#include "tags/other_versions.h"
 #include "tags/sylt.h"
 #include "tags/track_seconds.h"
 
@@ -115,12 +117,18 @@ QString describe(CliContext& c, DurationProbe& probe, const QString& path, bool*
 {
     JsonObject obj;
     obj.add("path", path);
-    FileSource src(path);
-    *ok = QFileInfo(path).isFile() && src.isOpen();
+    FileSource file(path);
+    *ok = file.isOpen();
     if (!*ok)
-        return obj.add("error", src.isOpen() ? QStringLiteral("not a file") : src.errorString()).text();
+        return obj.add("error", file.errorString()).text();
+    // One view of the file for every question, so that the frames are
+    // walked once; a tag of another version is translated once too.
+    TagView view(file, c.app.Tag_Read_Other);
+    ByteSource& src = view.source();
+    const QString& data = c.app.paths.Data_Folder;
 
-    TagState state(c.app.paths.Data_Folder);
+    TagState state(data);
+    state.Covers_To_File = false;  // only whether there is one is reported
     Parse_Tag1(src, state.Tag1_Record);
     obj.add("tag1", tag1Json(state.Tag1_Record));
 
@@ -129,7 +137,8 @@ QString describe(CliContext& c, DurationProbe& probe, const QString& path, bool*
     // The labels see what the panel would show after this read.
     const MpegLabels labels = Show_Mpeg_Info(state, src);
 
-    TagState mode1(c.app.paths.Data_Folder);
+    TagState mode1(data);
+    mode1.Covers_To_File = false;
     Read_Tag2(mode1, src, path, Tag2Mode::Import);
     obj.add("tag2_mode1", mode1Json(mode1.Tag2_Fields));
 
@@ -137,10 +146,10 @@ QString describe(CliContext& c, DurationProbe& probe, const QString& path, bool*
     const qint64 position = Find_First_Frame(src, info);
     obj.add("mpeg", mpegJson(info, position));
     obj.add("frames", Count_Mpeg_Frames(src));
-    obj.add("seconds", qint64(Get_Track_Seconds(path, c.app.paths.Data_Folder, &probe)));
+    obj.add("seconds", qint64(Get_Track_Seconds(src, path, data, &probe)));
     obj.add("labels", labelsJson(labels));
 
-    TagState lyrics(c.app.paths.Data_Folder);
+    TagState lyrics;
     Read_Synced_Lyrics(lyrics, src);
     obj.raw("lyrics", lyricsJson(lyrics.Lyrics));
     return obj.text();
@@ -149,14 +158,22 @@ QString describe(CliContext& c, DurationProbe& probe, const QString& path, bool*
 const CliCommand tagsCommand("tags", "tags FILE...", [](CliContext& c, const QStringList& args) {
     if (args.isEmpty())
         return int(ExitUsage);
+    if (auto e = Get_Tag_Settings(c.app)) {
+        reportError(e->text);
+        return int(ExitFailed);
+    }
+    // Lines go out in large writes; a decoder starts only for a file that
+    // needs one.
+    static char buffer[1 << 16];
+    setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
     GstDurationProbe probe;
     bool allRead = true;
     for (const QString& path : args) {
         bool ok = true;
         out(describe(c, probe, path, &ok) + QLatin1Char('\n'));
-        fflush(stdout);
         allRead = allRead && ok;
     }
+    fflush(stdout);
     return int(allRead ? ExitOk : ExitFailed);
 });
 
