@@ -83,7 +83,7 @@ TEST(Startup, LogsEveryStepLeavesEveryKeyAndRefusesASecondInstance)
         {"RipData/MP3_Max_VBR", "8"}, {"RipData/MP3_Rip_To", "False"}, {"RipData/MP3_Rip_To_Folder", data},
         {"RipData/WAV_Bitrate", "0"}, {"RipData/WAV_Samples", "1"}, {"RipData/WAV_Channels", "0"},
         {"RipData/WAV_Rip_To_Folder", data}, {"RipData/WMA_Codecs", "0"}, {"RipData/WMA_Format", "0"},
-        {"RipData/WMA_Rip_To_Folder", data}};
+        {"RipData/WMA_Rip_To_Folder", data}, {"TagData/TAG_READ_OTHER", "False"}};
     for (const auto& [name, value] : keys)
         EXPECT_EQ(s.setting(name), value) << name;
     for (int i = 3; i <= 13; ++i)
