@@ -1,4 +1,4 @@
-#include "tags/fuzz_entries.h"
+#include "fuzz/entries/fuzz_entries.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size)
 {

@@ -1,7 +1,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "tags/id3v2_writer_exercise.h"
+#include "fuzz/entries/id3v2_writer_exercise.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size)
 {

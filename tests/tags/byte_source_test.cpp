@@ -2,8 +2,8 @@
 #include <functional>
 
 #include "fixtures.h"
-#include "tags/fuzz_entries.h"
-#include "tags/id3v2_writer_exercise.h"
+#include "fuzz/entries/fuzz_entries.h"
+#include "fuzz/entries/id3v2_writer_exercise.h"
 
 using namespace sonorit;
 using namespace sonorit::test;

@@ -1,11 +1,11 @@
-#include "id3v2_writer_exercise.h"
+#include "fuzz/entries/id3v2_writer_exercise.h"
 
 #include <QBuffer>
 
-#include "id3v2_writer.h"
-#include "mpeg_info.h"
-#include "strip.h"
-#include "tag_state.h"
+#include "tags/id3v2_writer.h"
+#include "tags/mpeg_info.h"
+#include "tags/strip.h"
+#include "tags/tag_state.h"
 
 namespace sonorit {
 

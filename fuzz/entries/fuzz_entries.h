@@ -2,7 +2,7 @@
 // One entry per parser of foreign bytes, shared by the libFuzzer harnesses
 // and by the test that replays their corpus. Each runs the parser over the
 // whole input in every way the program calls it and must simply return.
-#include "byte_source.h"
+#include "tags/byte_source.h"
 
 namespace sonorit {
 

@@ -1,12 +1,12 @@
-#include "fuzz_entries.h"
+#include "fuzz/entries/fuzz_entries.h"
 
 #include <QTemporaryDir>
 
-#include "id3v1.h"
-#include "id3v2_reader.h"
-#include "mpeg_info.h"
-#include "sylt.h"
-#include "tag_state.h"
+#include "tags/id3v1.h"
+#include "tags/id3v2_reader.h"
+#include "tags/mpeg_info.h"
+#include "tags/sylt.h"
+#include "tags/tag_state.h"
 
 namespace sonorit {
 
@@ -23,9 +23,13 @@ QString scratchFolder()
 void Exercise_Tag_Walk(ByteSource& src)
 {
     TagState state(scratchFolder());
-    Read_Tag2(state, src, QStringLiteral("fuzz.mp3"), Tag2Mode::Panel);
-    Read_Tag2(state, src, QStringLiteral("fuzz.mp3"), Tag2Mode::Import);
-    Read_Tag2(state, src, QStringLiteral("fuzz.mp3"), Tag2Mode::Quick);
+    // Once as the Parts' reader, once reading tags of other versions too.
+    for (const bool other : {false, true}) {
+        state.Read_Other_Versions = other;
+        Read_Tag2(state, src, QStringLiteral("fuzz.mp3"), Tag2Mode::Panel);
+        Read_Tag2(state, src, QStringLiteral("fuzz.mp3"), Tag2Mode::Import);
+        Read_Tag2(state, src, QStringLiteral("fuzz.mp3"), Tag2Mode::Quick);
+    }
     Parse_Tag1(src, state.Tag1_Record);
 }
 

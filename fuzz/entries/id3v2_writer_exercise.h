@@ -3,7 +3,7 @@
 // corpus do, with the checks that any file they produce must pass.
 #include <QString>
 
-#include "byte_source.h"
+#include "tags/byte_source.h"
 
 namespace sonorit {
 
