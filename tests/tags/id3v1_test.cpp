@@ -55,9 +55,12 @@ TEST(Tag1, ReadsWritesAndReportsFailuresWithTheSystemsWords)
     EXPECT_EQ(readFile(path).size(), audio.size() + 128);
     EXPECT_EQ(shown(r),
               QStringList({"Café € and a title that is far", "Band", "", "2024", "c", "0", "23", "Unknown"}));
-    // The old table's spelling; the program's own two entries are no genres.
-    EXPECT_EQ(QStringList({Genre_Names()[67], Genre_Names()[149], QString::number(Genre_Index("Unknown"))}),
-              QStringList({"Phychedelic", "User Defined", "-1"}));
+    // The old table's spelling; the program's own two entries are no genres; 149 is the last entry.
+    EXPECT_EQ(QStringList({Genre_Names()[67], QString::number(Genre_Index("Unknown"))}), QStringList({"Phychedelic", "-1"}));
+    QStringList entries;
+    for (const int genre : {147, 148, 149, 150, 255})
+        entries << Genre_Names()[Tag1_Genre_Entry(quint8(genre))];
+    EXPECT_EQ(entries, QStringList({"Synth Pop", "Unknown", "User Defined", "Unknown", "Unknown"}));
 
     // Missing: blanks. Shorter than a tag: the position before its start fails. A folder,
     // standing in for a read-only file (which the tests' user may still write), fails both.
@@ -70,7 +73,12 @@ TEST(Tag1, ReadsWritesAndReportsFailuresWithTheSystemsWords)
     EXPECT_EQ(readFile(path), QByteArray(100, 'x'));
     EXPECT_FALSE(Write_Tag1(state, env.root(), ui));
     Read_Tag1(state, env.root(), ui);
-    ASSERT_EQ(ui.messages.size(), 5u);
+    // A file made read-only stays so, whoever runs the program.
+    writeFile(path, audio);
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup);
+    EXPECT_FALSE(Write_Tag1(state, path, ui));
+    EXPECT_EQ(readFile(path), audio);
+    ASSERT_EQ(ui.messages.size(), 6u);
     for (const auto& m : ui.messages)
         EXPECT_TRUE(m.title == " Error" && !m.text.isEmpty());
 }

@@ -30,6 +30,13 @@ QStringList labelsOf(TagState& state, const QByteArray& file)
             l.labLayer, l.labFreqChan, l.labChannels, l.LabTagSize};
 }
 
+// A first frame with a Xing header of `frames` frames and `flags`, then three plain frames.
+QByteArray xingFile(quint32 flags, quint32 frames = 2296)
+{
+    return mpegFrame(0xFB, 0x90, 0, 417, QByteArray(32, '\0') + "Xing" + be32(flags) + be32(frames))
+        + mp3Frame().repeated(3);
+}
+
 // A decoder that answers `value` and counts the questions.
 struct FixedProbe : DurationProbe {
     std::optional<double> value;
@@ -103,7 +110,13 @@ TEST(MpegFrame, StrictHeaderTheProgramsFrameSizeAndTheWalk)
         EXPECT_TRUE(f.Valid && !Read_Mpeg_Frame(src, 2).Valid);
         EXPECT_EQ((std::array<int, 6>{f.Version, f.Layer, f.Samples_Per_Frame, f.Frame_Size, f.Bitrate, f.Sample_Rate}),
                   expected);
+        EXPECT_FLOAT_EQ(Seconds_Per_Frame(src), float(expected[2]) / float(expected[5]));
+        // The internal player takes MPEG 1 Layer 3 only.
+        EXPECT_EQ(Is_Mpeg1_Layer3(src), expected[0] == 1 && expected[1] == 3) << expected[0] << " " << expected[1];
     }
+    MemorySource none(QByteArray(2000, '\xFF'));
+    EXPECT_EQ(Seconds_Per_Frame(none), 0.0f);
+    EXPECT_FALSE(Is_Mpeg1_Layer3(none));
     // The walk stops at the first thing that is not a frame; Layer 1 steps by the long frames.
     const std::pair<QByteArray, int> walks[] = {
         {tag(textFrame("TIT2", "x")) + (mp3Frame() + mpegFrame(0xFB, 0x92, 0, 418)).repeated(5) + kTag1, 10},
@@ -121,10 +134,7 @@ TEST(MpegFrame, StrictHeaderTheProgramsFrameSizeAndTheWalk)
 TEST(MpegLabels, WhereTheLengthComesFrom)
 {
     const QByteArray cbr = tag(textFrame("TIT2", "x")) + QByteArray(1024, 'j') + mp3Frame().repeated(10);
-    const auto xing = [](quint32 flags) {
-        return mpegFrame(0xFB, 0x90, 0, 417, QByteArray(32, '\0') + "Xing" + be32(flags) + be32(2296))
-            + mp3Frame().repeated(3);
-    };
+    const auto xing = [](quint32 flags) { return xingFile(flags); };
     const std::tuple<QByteArray, const char*, const char*, const char*> rows[] = {
         // Panel time, frame count; four labels, Frames and Length after. Without a time the walk counts.
         {cbr, "", "", "Time: 00:00|Frames Count: 10|Bitrate: 128 Kbit|Frame Size: 417 bytes|10|261"},
@@ -183,6 +193,8 @@ TEST(TrackSeconds, FromTheFramesOrFromGStreamerMeasuringTheStrippedCopy)
     const std::pair<QByteArray, int> rows[] = {
         {makeMp3({3}), 3}, {tag(textFrame("TIT2", "x")) + vbr + kTag1, 5}, {bare, 2}, {makeMp3({4, 22050, 1, 64}), 4},
         {breakSecondFrame(vbr), 5},   // the header is believed
+        {xingFile(0x0F), 60},         // and counts its own frame: 2297 frames of 26.1 ms are 60.003 s
+        {xingFile(0x0E), 0},          // without its frames flag the four frames are walked
         {breakSecondFrame(bare), 0},  // the walk stops at the break
         {huge, 0},                    // beyond 32767 seconds is unknown
         {QByteArray(9000, 'x'), 0},
@@ -194,13 +206,21 @@ TEST(TrackSeconds, FromTheFramesOrFromGStreamerMeasuringTheStrippedCopy)
         EXPECT_EQ(Get_Track_Seconds(path, data, &unasked), seconds);
     }
     EXPECT_EQ(unasked.asked, 0);
-    // The filename tagger's variant: the walk fills Frames, a length already there stays.
+    // The filename tagger's variant: the walk fills Frames, a length already there stays; the
+    // Xing count, with its own frame, gives the length.
     FtTag2Fields& ft = state.FT_Tag2_Fields;
-    ft.Length = "61000";
-    writeFile(path, bare);
-    Get_Filename_Tag_Time(state, path);
-    EXPECT_EQ(QStringList({ft.Frames, ft.Length, ft.Time}),
-              QStringList({QString::number(Count_Mpeg_Frames(path)), "61000", "01:01"}));
+    const std::tuple<QByteArray, QString, const char*> variants[] = {
+        {mp3Frame().repeated(77), "61000", "77|61000|01:01"},
+        {mp3Frame().repeated(77), "", "77|2011|00:02"},
+        {xingFile(0x0F), "", "|60003|01:00"},
+    };
+    for (const auto& [file, length, expected] : variants) {
+        writeFile(path, file);
+        ft.Frames.clear();
+        ft.Length = length;
+        Get_Filename_Tag_Time(state, path);
+        EXPECT_EQ(QStringList({ft.Frames, ft.Length, ft.Time}).join('|'), expected);
+    }
 
     GstDurationProbe probe;
     writeFile(path, tag(textFrame("TIT2", "x") + QByteArray(100, '\0')) + QByteArray(50, 'j') + makeMp3({3}));
