@@ -15,6 +15,7 @@
 #include "tags/id3v2_reader.h"
 #include "tags/id3v2_writer.h"
 #include "tags/mpeg_info.h"
+#include "tags/sylt.h"
 #include "tags/tag_swap.h"
 #include "tags/track_seconds.h"
 #include "tests/support/mp3_maker.h"
@@ -112,6 +113,31 @@ void BM_ReadTrack(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
+// What `sonorit-cli tags` asks of each file: one open, both tags in every
+// mode it prints, the MPEG description and labels, the walked frame count,
+// the exact length and the lyrics; the cover is only looked for.
+void BM_ListTrack(benchmark::State& state)
+{
+    Corpus& c = corpus();
+    int i = 0;
+    for (auto _ : state) {
+        const QString& path = c.files[i++ % c.files.size()];
+        FileSource src(path);
+        TagState tags(c.data), mode1(c.data), lyrics;
+        tags.Covers_To_File = mode1.Covers_To_File = false;
+        Parse_Tag1(src, tags.Tag1_Record);
+        Read_Tag2(tags, src, path, Tag2Mode::Panel);
+        benchmark::DoNotOptimize(Show_Mpeg_Info(tags, src));
+        Read_Tag2(mode1, src, path, Tag2Mode::Import);
+        Mpeg_Info info;
+        benchmark::DoNotOptimize(Find_First_Frame(src, info));
+        benchmark::DoNotOptimize(Count_Mpeg_Frames(src));
+        benchmark::DoNotOptimize(Get_Track_Seconds(src, path, c.data, nullptr));
+        benchmark::DoNotOptimize(Read_Synced_Lyrics(lyrics, src));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
 void BM_RewriteTag2(benchmark::State& state)
 {
     Corpus& c = corpus();
@@ -147,6 +173,7 @@ void BM_RewriteAndSwap(benchmark::State& state)
 
 // Each runs over the corpus several times, so every file is warm.
 BENCHMARK(BM_ReadTrack)->Unit(benchmark::kMicrosecond)->Iterations(12000);
+BENCHMARK(BM_ListTrack)->Unit(benchmark::kMicrosecond)->Iterations(12000);
 BENCHMARK(BM_RewriteTag2)->Unit(benchmark::kMicrosecond)->Iterations(12000);
 BENCHMARK(BM_RewriteAndSwap)->Unit(benchmark::kMicrosecond)->Iterations(3000);
 BENCHMARK_MAIN();
