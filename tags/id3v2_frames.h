@@ -35,8 +35,8 @@ QString Read_Comment_Frame(TagState& state, ByteSource& src, qint64 position);
 QString Read_Comment_Quick(TagState& state, ByteSource& src, qint64 position);
 
 // The start of an APIC frame: encoding, MIME type (single-byte text, or
-// UTF-16 where a byte order mark stands in front of it) and picture type. The writer decides on old
-// pictures with it.
+// UTF-16 where a byte order mark stands in front of it) and picture type.
+// The writer decides on old pictures with it.
 struct PictureHead {
     bool ok = false;
     int encoding = 0;
