@@ -30,10 +30,11 @@ int usageError(const QString& text)
 // The path of an existing regular file, or "" after saying why not.
 QString existingFile(const QString& given)
 {
-    const QString path = QFileInfo(given).absoluteFilePath();
-    if (QFileInfo(path).isFile())
-        return path;
-    reportError(QStringLiteral("file not found: ") + path);
+    const QFileInfo info(QFileInfo(given).absoluteFilePath());
+    if (info.isFile())
+        return info.filePath();
+    reportError((info.exists() ? QStringLiteral("not a regular file: ") : QStringLiteral("file not found: "))
+                + info.filePath());
     return {};
 }
 
