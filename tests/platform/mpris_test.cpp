@@ -1,0 +1,231 @@
+// The media controls over a private session bus: a dbus-daemon of the test's
+// own, the service on one connection, the desktop's side on another.
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "platform/mpris/mpris_service.h"
+
+using namespace sonorit;
+
+namespace {
+
+constexpr const char* Service = "org.mpris.MediaPlayer2.zevsonorit";
+constexpr const char* Path = "/org/mpris/MediaPlayer2";
+constexpr const char* RootIface = "org.mpris.MediaPlayer2";
+constexpr const char* PlayerIface = "org.mpris.MediaPlayer2.Player";
+
+bool waitFor(const std::function<bool()>& done, int ms = 3000)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!done() && t.elapsed() < ms)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    return done();
+}
+
+class FakeControls : public MprisControls {
+public:
+    void play() override { log << "play"; status_ = MprisStatus::Playing; }
+    void pause() override { log << "pause"; status_ = MprisStatus::Paused; }
+    void stop() override { log << "stop"; status_ = MprisStatus::Stopped; }
+    void next() override { log << "next"; }
+    void previous() override { log << "previous"; }
+    void raise() override { log << "raise"; }
+    MprisStatus status() override { return status_; }
+    std::optional<MprisTrack> track() override { return track_; }
+    double positionSeconds() override { return 1.25; }
+
+    QStringList log;
+    MprisStatus status_ = MprisStatus::Stopped;
+    std::optional<MprisTrack> track_;
+};
+
+}  // namespace
+
+class ChangeRecorder : public QObject {
+    Q_OBJECT
+public:
+    std::vector<QVariantMap> changes;
+public slots:
+    void changed(const QString& interface, const QVariantMap& values, const QStringList&)
+    {
+        if (interface == QLatin1String(PlayerIface))
+            changes.push_back(values);
+    }
+};
+
+namespace {
+
+class MprisTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        if (!QCoreApplication::instance())
+            new QCoreApplication(argc_, argv_);
+        daemon_ = new QProcess;
+        daemon_->start(QStringLiteral("dbus-daemon"),
+                       {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address=1")});
+        if (daemon_->waitForReadyRead(5000))
+            address_ = QString::fromUtf8(daemon_->readLine()).trimmed();
+    }
+    static void TearDownTestSuite()
+    {
+        QDBusConnection::disconnectFromBus(QStringLiteral("mpris-service"));
+        QDBusConnection::disconnectFromBus(QStringLiteral("mpris-client"));
+        daemon_->kill();
+        daemon_->waitForFinished();
+        delete daemon_;
+    }
+    void SetUp() override { ASSERT_FALSE(address_.isEmpty()) << "dbus-daemon did not start (package dbus)"; }
+
+    static QDBusConnection serviceBus() { return QDBusConnection::connectToBus(address_, QStringLiteral("mpris-service")); }
+    static QDBusConnection clientBus() { return QDBusConnection::connectToBus(address_, QStringLiteral("mpris-client")); }
+
+    // Calls without blocking, so the service in this thread can answer.
+    static QDBusMessage call(const char* interface, const char* method, const QVariantList& args = {})
+    {
+        QDBusMessage m = QDBusMessage::createMethodCall(QLatin1String(Service), QLatin1String(Path),
+                                                        QLatin1String(interface), QLatin1String(method));
+        m.setArguments(args);
+        QDBusPendingCall pending = clientBus().asyncCall(m);
+        waitFor([&] { return pending.isFinished(); });
+        return pending.reply();
+    }
+    static QVariant property(const char* interface, const char* name)
+    {
+        const QDBusMessage reply = call("org.freedesktop.DBus.Properties", "Get",
+                                        {QLatin1String(interface), QLatin1String(name)});
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+            return {};
+        return reply.arguments().first().value<QDBusVariant>().variant();
+    }
+    static QVariantMap metadata()
+    {
+        return qdbus_cast<QVariantMap>(property(PlayerIface, "Metadata").value<QDBusArgument>());
+    }
+
+    static inline int argc_ = 1;
+    static inline char name_[16] = "test_platform";
+    static inline char* argv_[2] = {name_, nullptr};
+    static inline QProcess* daemon_ = nullptr;
+    static inline QString address_;
+};
+
+TEST_F(MprisTest, ApplicationIsKnownByItsNameAndIdentity)
+{
+    FakeControls controls;
+    MprisService service(controls, serviceBus());
+    ASSERT_TRUE(service.isRegistered());
+    const struct {
+        const char* interface;
+        const char* name;
+        QVariant expected;
+    } rows[] = {
+        {RootIface, "Identity", QStringLiteral("ZEV's MP3 Sonorit")},
+        {RootIface, "DesktopEntry", QStringLiteral("zevsonorit")},
+        {RootIface, "CanQuit", false},
+        {RootIface, "CanRaise", true},
+        {RootIface, "HasTrackList", false},
+        {PlayerIface, "PlaybackStatus", QStringLiteral("Stopped")},
+        {PlayerIface, "CanControl", true},
+        {PlayerIface, "CanGoNext", true},
+        {PlayerIface, "CanSeek", false},
+        {PlayerIface, "Rate", 1.0},
+        {PlayerIface, "Position", qlonglong(1250000)},
+    };
+    for (const auto& r : rows)
+        EXPECT_EQ(property(r.interface, r.name), r.expected) << r.name;
+
+    // A second copy of the program cannot take the name, and says nothing.
+    FakeControls other;
+    MprisService second(other, QDBusConnection::connectToBus(address_, QStringLiteral("mpris-second")));
+    EXPECT_FALSE(second.isRegistered());
+    second.update();
+    QDBusConnection::disconnectFromBus(QStringLiteral("mpris-second"));
+}
+
+TEST_F(MprisTest, CommandsReachThePlayer)
+{
+    FakeControls controls;
+    MprisService service(controls, serviceBus());
+    ASSERT_TRUE(service.isRegistered());
+    for (const char* method : {"Play", "PlayPause", "PlayPause", "Pause", "Stop", "Next", "Previous"})
+        EXPECT_EQ(call(PlayerIface, method).type(), QDBusMessage::ReplyMessage) << method;
+    EXPECT_EQ(call(RootIface, "Raise").type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(controls.log, QStringList({"play", "pause", "play", "pause", "stop", "next", "previous", "raise"}));
+
+    // The desktop's media keys come from another program.
+    QProcess send;
+    send.start(QStringLiteral("dbus-send"), {QStringLiteral("--bus=") + address_, QStringLiteral("--print-reply"),
+                                             QStringLiteral("--dest=") + QLatin1String(Service), QLatin1String(Path),
+                                             QStringLiteral("org.mpris.MediaPlayer2.Player.PlayPause")});
+    ASSERT_TRUE(waitFor([&] { return send.state() == QProcess::NotRunning; }, 5000));
+    EXPECT_EQ(send.exitCode(), 0) << send.readAllStandardError().toStdString();
+    EXPECT_EQ(controls.log.last(), QStringLiteral("play"));
+    EXPECT_EQ(property(PlayerIface, "PlaybackStatus"), QStringLiteral("Playing"));
+}
+
+TEST_F(MprisTest, MetadataOfTheRunningTrackAndItsChanges)
+{
+    FakeControls controls;
+    MprisService service(controls, serviceBus());
+    ASSERT_TRUE(service.isRegistered());
+    ChangeRecorder recorder;
+    ASSERT_TRUE(clientBus().connect(QLatin1String(Service), QLatin1String(Path),
+                                    QStringLiteral("org.freedesktop.DBus.Properties"),
+                                    QStringLiteral("PropertiesChanged"), &recorder,
+                                    SLOT(changed(QString, QVariantMap, QStringList))));
+
+    QVariantMap idle = metadata();
+    EXPECT_EQ(idle.value("mpris:trackid").value<QDBusObjectPath>().path(),
+              QStringLiteral("/org/mpris/MediaPlayer2/TrackList/NoTrack"));
+    EXPECT_EQ(idle.size(), 1);
+
+    controls.track_ = MprisTrack{3, "Artist é", "Album", "Title", 2.5, "/data/Playing.jpg"};
+    controls.status_ = MprisStatus::Playing;
+    service.update();
+    service.update();  // nothing new: no second signal
+    ASSERT_TRUE(waitFor([&] { return !recorder.changes.empty(); }));
+    waitFor([] { return false; }, 100);
+    ASSERT_EQ(recorder.changes.size(), 1u);
+    EXPECT_EQ(recorder.changes[0].value("PlaybackStatus"), QStringLiteral("Playing"));
+    EXPECT_TRUE(recorder.changes[0].contains("Metadata"));
+
+    const QVariantMap m = metadata();
+    EXPECT_EQ(m.value("mpris:trackid").value<QDBusObjectPath>().path(), QStringLiteral("/org/zevsonorit/track/3"));
+    EXPECT_EQ(m.value("mpris:length").toLongLong(), 2500000);
+    EXPECT_EQ(m.value("xesam:artist").toStringList(), QStringList{"Artist é"});
+    EXPECT_EQ(m.value("xesam:album").toString(), QStringLiteral("Album"));
+    EXPECT_EQ(m.value("xesam:title").toString(), QStringLiteral("Title"));
+    EXPECT_EQ(m.value("mpris:artUrl").toString(), QStringLiteral("file:///data/Playing.jpg"));
+
+    controls.status_ = MprisStatus::Paused;
+    service.update();
+    ASSERT_TRUE(waitFor([&] { return recorder.changes.size() == 2; }));
+    EXPECT_EQ(recorder.changes[1].value("PlaybackStatus"), QStringLiteral("Paused"));
+    EXPECT_FALSE(recorder.changes[1].contains("Metadata")) << "only what changed is sent";
+}
+
+TEST_F(MprisTest, WithoutASessionBusNothingHappens)
+{
+    FakeControls controls;
+    MprisService service(controls, QDBusConnection(QStringLiteral("no-such-connection")));
+    EXPECT_FALSE(service.isRegistered());
+    service.update();
+    EXPECT_TRUE(controls.log.isEmpty());
+}
+
+}  // namespace
+
+#include "mpris_test.moc"
