@@ -65,15 +65,24 @@ public:
     // The copy names in the data folder.
     QString copyPath(int number) const;  // "Play00.mp3" .. "Play02.mp3"
 
+    // Selects the row of the entry (from 1) in Play_List and makes it visible.
+    void PlayFind(int index);
+
 private:
-    void nextLibrary(int step);
-    void failStart();
+    void stepLibrary(int step);
+    // A track that cannot start: stopped, and the next one tried. Nested
+    // failures unwind to one loop, so a list of broken files cannot exhaust
+    // the stack, and a looping list of nothing but broken files ends.
+    void skipBroken();
     bool startGraph(const QString& renderTarget);
     void applyVolume();
     void releaseGraph();
+    int roundedSeconds(double seconds) const;
 
     PlaybackContext c_;
     std::unique_ptr<MediaGraph> graph_;
+    bool skipping_ = false;
+    bool skipAgain_ = false;
 };
 
 }  // namespace sonorit

@@ -11,6 +11,7 @@ namespace sonorit {
 class PlaylistCommands {
 public:
     explicit PlaylistCommands(Player& player);
+    Player& player() { return player_; }
 
     // A library track; `index` is the 0-based row of MP3_List whose columns
     // make the new row.

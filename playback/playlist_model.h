@@ -39,6 +39,9 @@ std::vector<int> Album_Members(const TrackList& list, int selected, int* missing
 // order.
 std::vector<int> Artist_Members(const TrackList& list, int selected);
 
+// "MM:SS", minutes in at least two digits and not cut at 59.
+QString Format_Play_Time(long long seconds);
+
 // A library row's path: Folder + "/" + Filename.
 QString Library_Row_Path(const TrackList& list, int row);
 
