@@ -23,6 +23,7 @@ class ListSelection;
 class MenuBar;
 class QtUiPort;
 class TrackListModel;
+class WindowGeometry;
 class WindowShield;
 class WindowStartupHost;
 
@@ -37,14 +38,17 @@ public:
     void Update_Menus();
 
 protected:
-    // Form_QueryUnload: a close from the title bar or the system is refused;
-    // Library > Exit is the only way out.
+    // A close from the title bar, the keyboard or the session ends the
+    // program as Library > Exit does, unless a library operation is at work.
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     // After a menu command: the menu states it asked for, without waiting
     // for the timer.
     void afterCommand();
+    void exitProgram();
 
     AppState& app_;
     GstDurationProbe durations_;
@@ -56,6 +60,8 @@ private:
     std::unique_ptr<LibraryController> libraryController_;
     std::unique_ptr<MenuBar> menus_;
     std::unique_ptr<WindowStartupHost> startupHost_;
+    std::unique_ptr<WindowGeometry> geometry_;
+    QTimer* geometrySave_;  // gathers the moves and resizes of a drag into one write
     QTimer* mainTimer_;
     MainTimer timerTicks_;
     MainTimerWork timerWork_;

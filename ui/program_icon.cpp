@@ -1,0 +1,21 @@
+#include "program_icon.h"
+
+#include <QFile>
+
+namespace sonorit::ui {
+
+QByteArray Program_Icon_Svg()
+{
+    QFile f(QStringLiteral(":/icons/zevsonorit.svg"));
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+QIcon Program_Icon()
+{
+    QIcon icon(QStringLiteral(":/icons/zevsonorit.png"));
+    // Sharp at every size where the SVG plugin happens to be installed.
+    icon.addFile(QStringLiteral(":/icons/zevsonorit.svg"));
+    return icon;
+}
+
+}  // namespace sonorit::ui
