@@ -14,7 +14,14 @@
 
 #include <gtest/gtest.h>
 
+#include "library/library_state.h"
+#include "platform/gstreamer/gst_media_graph.h"
 #include "platform/mpris/mpris_service.h"
+#include "platform/mpris/player_controls.h"
+#include "playback/playlist_commands.h"
+#include "tests/support/scripted_ui.h"
+#include "tests/support/tagged_mp3.h"
+#include "tests/support/temp_env.h"
 
 using namespace sonorit;
 
@@ -224,6 +231,61 @@ TEST_F(MprisTest, WithoutASessionBusNothingHappens)
     EXPECT_FALSE(service.isRegistered());
     service.update();
     EXPECT_TRUE(controls.log.isEmpty());
+}
+
+// What the window does: its view passes the player's news on.
+struct ForwardingView : PlayerView {
+    PlayerMprisControls* controls = nullptr;
+    void trackStarted(const TrackStart& s) override { controls->trackStarted(s); }
+    void showPlayCover(const QString& path) override { controls->coverShown(path); }
+    void playbackStopped() override { controls->stopped(); }
+};
+
+TEST_F(MprisTest, MediaKeysDriveTheRealPlayer)
+{
+    test::TempEnv env;
+    AppState app{env.paths()};
+    LibraryState lib;
+    PlaybackState play;
+    test::ScriptedUi ui;
+    GstMediaGraphFactory graphs{QStringLiteral("fakesink")};
+    ForwardingView view;
+    Player player{PlaybackContext{app, lib, play, ui, graphs, view}};
+    PlaylistCommands commands{player};
+    PlayerMprisControls controls(player);
+    view.controls = &controls;
+    MprisService service(controls, serviceBus());
+    ASSERT_TRUE(service.isRegistered());
+
+    test::Mp3Recipe recipe;
+    recipe.seconds = 2;
+    for (const char* title : {"First", "Second"}) {
+        const QString path = env.path(QString::fromLatin1(title) + ".mp3");
+        ASSERT_TRUE(test::writeTaggedMp3(path, {"The Artist", "The Album", "1", title, "", ""}, recipe));
+        ASSERT_TRUE(commands.Add_Entree_To_PlayList(path));
+    }
+
+    call(PlayerIface, "PlayPause");
+    EXPECT_EQ(player.graphState(), GraphState::Running);
+    EXPECT_EQ(property(PlayerIface, "PlaybackStatus"), QStringLiteral("Playing"));
+    QVariantMap m = metadata();
+    EXPECT_EQ(m.value("xesam:title").toString(), QStringLiteral("First"));
+    EXPECT_EQ(m.value("xesam:artist").toStringList(), QStringList{"The Artist"});
+    EXPECT_EQ(m.value("mpris:length").toLongLong(), 2000000);
+
+    call(PlayerIface, "Next");
+    EXPECT_EQ(metadata().value("xesam:title").toString(), QStringLiteral("Second"));
+    call(PlayerIface, "PlayPause");
+    EXPECT_EQ(player.graphState(), GraphState::Paused);
+    EXPECT_EQ(property(PlayerIface, "PlaybackStatus"), QStringLiteral("Paused"));
+    call(PlayerIface, "Play");
+    EXPECT_EQ(player.graphState(), GraphState::Running);
+    call(PlayerIface, "Previous");
+    EXPECT_EQ(metadata().value("xesam:title").toString(), QStringLiteral("First"));
+    call(PlayerIface, "Stop");
+    EXPECT_FALSE(player.hasGraph());
+    EXPECT_EQ(property(PlayerIface, "PlaybackStatus"), QStringLiteral("Stopped"));
+    EXPECT_EQ(metadata().size(), 1) << "no track";
 }
 
 }  // namespace
