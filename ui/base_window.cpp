@@ -11,6 +11,8 @@
 #include "menu_bar.h"
 #include "menus_library.h"
 #include "menus_tree.h"
+#include "platform/gstreamer/gst_media_graph.h"
+#include "playback_controller.h"
 #include "program_icon.h"
 #include "qt_ui_port.h"
 #include "shell/app_state.h"
@@ -28,7 +30,7 @@ constexpr QSize kMinimumSize(1024, 520);
 constexpr QSize kFirstSize(1280, 768);
 }  // namespace
 
-Base::Base(AppState& app)
+Base::Base(AppState& app, std::unique_ptr<MediaGraphFactory> graphs)
     : app_(app),
       model_(std::make_unique<TrackListModel>(lib_.MP3_List)),
       geometry_(std::make_unique<WindowGeometry>(app.settings)),
@@ -49,6 +51,16 @@ Base::Base(AppState& app)
     Build_Library_Menu(*menus_, *libraryController_);
     Build_Menu_Tree(*menus_);
     menus_->bind(QStringLiteral("mnu_Library_Exit"), [this] { exitProgram(); });
+    if (!graphs)
+        graphs = std::make_unique<GstMediaGraphFactory>();
+    PlaybackWidgets pw;
+    pw.window = this;
+    pw.playerFrame = w.player;
+    pw.playList = w.playList;
+    pw.playShield = w.playShield;
+    pw.library = w.list;
+    pw.menus = menus_.get();
+    playback_ = std::make_unique<PlaybackController>(app_, lib_, *ui_, pw, std::move(graphs));
     menus_->setAfterEntry([this] { afterCommand(); });
     menus_->apply(sonorit::Update_Menus(MenuInputs{}));  // no library yet
     startupHost_ =
@@ -62,6 +74,7 @@ Base::Base(AppState& app)
     mainTimer_->setObjectName(QStringLiteral("Main_Timer"));
     mainTimer_->setInterval(MainTimer::kIntervalMs);
     timerWork_.updateMenus = [this] { Update_Menus(); };
+    playback_->addTimerWork(timerWork_);
     // The CD panel does not exist yet, so its poll flag stays down.
     connect(mainTimer_, &QTimer::timeout, this,
             [this] { timerTicks_.tick(timerWork_, app_.Menu_Refresh_Wanted, false); });
@@ -83,6 +96,7 @@ void Base::Update_Menus()
     MenuInputs in;
     in.libraryOpen = app_.libraryOpen();
     in.backupFolderSet = !app_.Backup_Folder.isEmpty();
+    in.playlistCount = playback_->state().PlayList_Count;
     const MenuStates states = sonorit::Update_Menus(in);
     menus_->apply(states);
     app_.options.chkDestLibraryEnabled = states.chkDestLibraryEnabled;
@@ -102,6 +116,7 @@ void Base::exitProgram()
 {
     geometrySave_->stop();
     geometry_->save(this);
+    playback_->release();
     libraryController_->exit();
 }
 

@@ -6,6 +6,7 @@
 
 #include "library/library_state.h"
 #include "platform/gstreamer/gst_duration_probe.h"
+#include "playback/media_graph.h"
 #include "shell/main_timer.h"
 
 class QTimer;
@@ -21,6 +22,7 @@ namespace sonorit::ui {
 class LibraryController;
 class ListSelection;
 class MenuBar;
+class PlaybackController;
 class QtUiPort;
 class TrackListModel;
 class WindowGeometry;
@@ -29,12 +31,15 @@ class WindowStartupHost;
 
 class Base : public QMainWindow {
 public:
-    explicit Base(AppState& app);
+    // `graphs` plays the tracks; by default GStreamer into the desktop's
+    // audio output.
+    explicit Base(AppState& app, std::unique_ptr<MediaGraphFactory> graphs = nullptr);
     ~Base() override;
 
     UiPort& ui();
     StartupHost& startupHost();
     LibraryState& library() { return lib_; }
+    PlaybackController& playback() { return *playback_; }
     void Update_Menus();
 
 protected:
@@ -59,6 +64,7 @@ private:
     std::unique_ptr<QtUiPort> ui_;
     std::unique_ptr<LibraryController> libraryController_;
     std::unique_ptr<MenuBar> menus_;
+    std::unique_ptr<PlaybackController> playback_;
     std::unique_ptr<WindowStartupHost> startupHost_;
     std::unique_ptr<WindowGeometry> geometry_;
     QTimer* geometrySave_;  // gathers the moves and resizes of a drag into one write
