@@ -75,28 +75,46 @@ GstMediaGraph::GstMediaGraph(const QString& sink)
 {
     if (!ensureGstreamer())
         return;
-    if (!sink.isEmpty()) {
-        sink_ = makeSink(sink);
-        if (!sink_)
-            return;
-    }
+    sink_ = sink.isEmpty() ? gst_element_factory_make("autoaudiosink", nullptr) : makeSink(sink);
+    if (!sink_)
+        return;
+    if (sink.isEmpty())
+        gst_object_ref_sink(sink_);
     playbin_ = gst_element_factory_make("playbin", nullptr);
     if (!playbin_)
         return;
     gst_object_ref_sink(playbin_);
     g_object_set(playbin_, "flags", PlayFlagAudio | PlayFlagSoftVolume, nullptr);
-    if (sink_)
-        g_object_set(playbin_, "audio-sink", sink_, nullptr);
+    g_object_set(playbin_, "audio-sink", makeOutput(), nullptr);
+}
 
-    // "simple" only lowers the far side: a balance, not a moved image.
-    GError* error = nullptr;
-    GstElement* filter = gst_parse_bin_from_description("audioconvert ! audiopanorama name=pan method=simple",
-                                                        TRUE, &error);
-    g_clear_error(&error);
-    if (filter) {
-        panorama_ = gst_bin_get_by_name(GST_BIN(filter), "pan");
-        g_object_set(playbin_, "audio-filter", filter, nullptr);
+// The balance sits right in front of the sink: playbin keeps about a second
+// of audio queued behind its audio filter, and a slider that takes a second
+// to be heard feels broken. "simple" only lowers the far side: a balance,
+// not a moved image.
+GstElement* GstMediaGraph::makeOutput()
+{
+    GstElement* convert = gst_element_factory_make("audioconvert", nullptr);
+    GstElement* pan = gst_element_factory_make("audiopanorama", nullptr);
+    if (!convert || !pan) {
+        if (convert)
+            gst_object_unref(gst_object_ref_sink(convert));
+        if (pan)
+            gst_object_unref(gst_object_ref_sink(pan));
+        return sink_;  // plays centred
     }
+    gst_util_set_object_arg(G_OBJECT(pan), "method", "simple");
+    GstElement* bin = gst_bin_new(nullptr);
+    gst_bin_add_many(GST_BIN(bin), convert, pan, sink_, nullptr);
+    if (!gst_element_link_many(convert, pan, sink_, nullptr)) {
+        gst_object_unref(gst_object_ref_sink(bin));
+        return nullptr;
+    }
+    GstPad* target = gst_element_get_static_pad(convert, "sink");
+    gst_element_add_pad(bin, gst_ghost_pad_new("sink", target));
+    gst_object_unref(target);
+    panorama_ = GST_ELEMENT(gst_object_ref(pan));
+    return bin;
 }
 
 GstMediaGraph::~GstMediaGraph()
@@ -162,6 +180,7 @@ bool GstMediaGraph::renderFile(const QString& path)
         failed_ = true;
         return false;
     }
+    duration_ = duration();
     return true;
 }
 
@@ -186,18 +205,25 @@ std::optional<GraphState> GstMediaGraph::state(int timeoutMs)
     return fromGst(current);
 }
 
+// A graph that failed while it played (a file cut short under it, a
+// decoder error) stands at its end, so that the player's once-a-second end
+// test moves on to the next track.
 std::optional<double> GstMediaGraph::duration()
 {
     gint64 ns = 0;
-    if (!ready() || !gst_element_query_duration(playbin_, GST_FORMAT_TIME, &ns) || ns < 0)
-        return std::nullopt;
+    if (!ready())
+        return failed_ && rendered_ ? duration_ : std::nullopt;
+    if (!gst_element_query_duration(playbin_, GST_FORMAT_TIME, &ns) || ns < 0)
+        return duration_;
     return double(ns) / GST_SECOND;
 }
 
 std::optional<double> GstMediaGraph::position()
 {
     gint64 ns = 0;
-    if (!ready() || !gst_element_query_position(playbin_, GST_FORMAT_TIME, &ns) || ns < 0)
+    if (!ready())
+        return failed_ && rendered_ ? duration_ : std::nullopt;
+    if (!gst_element_query_position(playbin_, GST_FORMAT_TIME, &ns) || ns < 0)
         return std::nullopt;
     return double(ns) / GST_SECOND;
 }

@@ -1,6 +1,6 @@
 #pragma once
 // The player's media graph on GStreamer: one playbin per track, audio only,
-// with a balance stage in its audio filter.
+// with a balance stage in front of its audio sink.
 #include <QString>
 
 #include "playback/media_graph.h"
@@ -11,16 +11,15 @@ namespace sonorit {
 
 class GstMediaGraph : public MediaGraph {
 public:
-    // `sink` as the factory takes it; null members when GStreamer or the
-    // sink is missing, which isUsable() tells.
+    // `sink` as the factory takes it; isUsable() tells whether GStreamer and
+    // the sink are there.
     explicit GstMediaGraph(const QString& sink);
     ~GstMediaGraph() override;
     GstMediaGraph(const GstMediaGraph&) = delete;
     GstMediaGraph& operator=(const GstMediaGraph&) = delete;
 
     bool isUsable() const { return playbin_ != nullptr; }
-    // The audio sink element, so that a caller may watch what reaches it;
-    // null when playbin chooses the desktop's sink itself.
+    // The audio sink element, so that a caller may watch what reaches it.
     GstElement* audioSink() const { return sink_; }
 
     bool renderFile(const QString& path) override;
@@ -39,12 +38,14 @@ private:
     bool drainBus();
     bool ready();
     bool setState(int state);
+    GstElement* makeOutput();
 
     GstElement* playbin_ = nullptr;
     GstElement* sink_ = nullptr;
     GstElement* panorama_ = nullptr;
     bool rendered_ = false;
     bool failed_ = false;
+    std::optional<double> duration_;  // known once prerolled
 };
 
 class GstMediaGraphFactory : public MediaGraphFactory {
