@@ -10,6 +10,7 @@
 #include <QDBusVariant>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <functional>
 
 #include <gtest/gtest.h>
@@ -226,11 +227,21 @@ TEST_F(MprisTest, MetadataOfTheRunningTrackAndItsChanges)
 
 TEST_F(MprisTest, WithoutASessionBusNothingHappens)
 {
+    // No address, no runtime folder with a bus in it, no display to start
+    // one for: the session bus cannot be found.
+    QTemporaryDir runtime;
+    const QByteArray saved[] = {qgetenv("DBUS_SESSION_BUS_ADDRESS"), qgetenv("DISPLAY"), qgetenv("XDG_RUNTIME_DIR")};
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qunsetenv("DISPLAY");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
     FakeControls controls;
-    MprisService service(controls, QDBusConnection(QStringLiteral("no-such-connection")));
+    MprisService service(controls);
     EXPECT_FALSE(service.isRegistered());
     service.update();
     EXPECT_TRUE(controls.log.isEmpty());
+    const char* names[] = {"DBUS_SESSION_BUS_ADDRESS", "DISPLAY", "XDG_RUNTIME_DIR"};
+    for (int i = 0; i < 3; ++i)
+        saved[i].isNull() ? qunsetenv(names[i]) : qputenv(names[i], saved[i]);
 }
 
 // What the window does: its view passes the player's news on.
