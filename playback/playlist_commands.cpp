@@ -114,7 +114,7 @@ void PlaylistCommands::stopAndClear()
 void PlaylistCommands::addIfGood(int row)
 {
     const QString path = Library_Row_Path(c_.lib.MP3_List, row);
-    if (!File_Exists(path) || !Is_Mpeg(path))
+    if (!Is_Good_Track(path))
         return;
     if (Add_To_PlayList(path, row))
         startIfFirst();

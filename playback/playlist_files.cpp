@@ -40,7 +40,7 @@ std::vector<QByteArray> splitLines(const QByteArray& bytes)
 
 bool goodTrack(const QString& path)
 {
-    return !path.isEmpty() && File_Exists(path) && Is_Mpeg(path);
+    return Is_Good_Track(path);
 }
 
 bool acceptableList(const QString& path)

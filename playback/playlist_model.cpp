@@ -1,8 +1,15 @@
 #include "playlist_model.h"
 
+#include <QFile>
 #include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "shell/helpers.h"
+#include "tags/byte_source.h"
+#include "tags/mpeg_info.h"
 
 namespace sonorit {
 
@@ -108,6 +115,35 @@ QString Format_Play_Time(long long seconds)
     if (seconds < 0)
         seconds = 0;
     return QStringLiteral("%1:%2").arg(seconds / 60, 2, 10, QLatin1Char('0')).arg(seconds % 60, 2, 10, QLatin1Char('0'));
+}
+
+bool Is_Good_Track(const QString& path)
+{
+    if (path.isEmpty())
+        return false;
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return false;
+    }
+    QByteArray head(16384, Qt::Uninitialized);
+    ssize_t got = 0;
+    do
+        got = ::pread(fd, head.data(), static_cast<size_t>(head.size()), 0);
+    while (got < 0 && errno == EINTR);
+    ::close(fd);
+    if (got < 0)
+        return false;
+    head.truncate(got);
+    // The search reads in file order, so a frame found in the head is the
+    // frame a search of the whole file finds first.
+    MemorySource src(head);
+    if (Is_Mpeg(src))
+        return true;
+    return got < st.st_size && Is_Mpeg(path);
 }
 
 QString Library_Row_Path(const TrackList& list, int row)

@@ -42,6 +42,11 @@ std::vector<int> Artist_Members(const TrackList& list, int selected);
 // "MM:SS", minutes in at least two digits and not cut at 59.
 QString Format_Play_Time(long long seconds);
 
+// The file exists, is no folder, and passes the MPEG check. One open and one
+// read of the file's head decide for nearly every file; the whole file is
+// searched only when its head holds no frame.
+bool Is_Good_Track(const QString& path);
+
 // A library row's path: Folder + "/" + Filename.
 QString Library_Row_Path(const TrackList& list, int row);
 

@@ -1,11 +1,13 @@
 // The growing shuffle, the removal of one entry, and the album's order.
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QRandomGenerator>
 #include <algorithm>
 
 #include "playback/playlist_model.h"
 #include "playback_fixture.h"
+#include "tests/support/tag_bytes.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
@@ -175,4 +177,28 @@ TEST(PlaylistModel, AlbumKeyAndOrder)
 
     EXPECT_EQ(Artist_Members(list, 2), (std::vector<int>{0, 2, 4}));
     EXPECT_EQ(Format_Play_Time(3725), "62:05");
+}
+
+TEST(PlaylistModel, GoodTracksAreFoundPastALargeTag)
+{
+    TempEnv env;
+    const QByteArray audio = makeMp3();
+    const struct {
+        const char* name;
+        QByteArray bytes;
+        bool good;
+    } files[] = {
+        {"plain.mp3", audio, true},
+        {"big-tag.mp3", tag(QByteArray(64 * 1024, '\0')) + audio, true},  // the head holds no frame
+        {"junk.mp3", QByteArray(40000, 'j'), false},
+        {"empty.mp3", QByteArray(), false},
+    };
+    for (const auto& f : files) {
+        writeFile(env.path(f.name), f.bytes);
+        EXPECT_EQ(Is_Good_Track(env.path(f.name)), f.good) << f.name;
+    }
+    QDir().mkpath(env.path("folder.mp3"));
+    EXPECT_FALSE(Is_Good_Track(env.path("folder.mp3")));
+    EXPECT_FALSE(Is_Good_Track(env.path("missing.mp3")));
+    EXPECT_FALSE(Is_Good_Track(""));
 }
