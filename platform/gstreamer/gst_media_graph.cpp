@@ -25,9 +25,7 @@ constexpr GstClockTime SeekSettleTimeout = 200 * GST_MSECOND;
 
 GstElement* makeSink(const QString& sink)
 {
-    if (sink.isEmpty())
-        return nullptr;
-    const QByteArray text = sink.toUtf8();
+    const QByteArray text = sink.isEmpty() ? QByteArray("autoaudiosink") : sink.toUtf8();
     GstElement* element = nullptr;
     if (sink.contains(QLatin1Char(' ')) || sink.contains(QLatin1Char('='))) {
         GError* error = nullptr;
@@ -75,11 +73,9 @@ GstMediaGraph::GstMediaGraph(const QString& sink)
 {
     if (!ensureGstreamer())
         return;
-    sink_ = sink.isEmpty() ? gst_element_factory_make("autoaudiosink", nullptr) : makeSink(sink);
+    sink_ = makeSink(sink);
     if (!sink_)
         return;
-    if (sink.isEmpty())
-        gst_object_ref_sink(sink_);
     playbin_ = gst_element_factory_make("playbin", nullptr);
     if (!playbin_)
         return;
