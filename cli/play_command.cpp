@@ -5,6 +5,7 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QTimer>
+#include <algorithm>
 
 #include "cli/cli_context.h"
 #include "cli/play_events.h"
