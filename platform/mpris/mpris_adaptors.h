@@ -67,7 +67,7 @@ public:
     void setVolume(double) {}
     qlonglong position() const;
     bool canControl() const { return true; }
-    bool canSeek() const { return false; }
+    bool canSeek() const;
 
 public slots:
     void Play();
@@ -76,8 +76,8 @@ public slots:
     void Stop();
     void Next();
     void Previous();
-    void Seek(qlonglong) {}
-    void SetPosition(const QDBusObjectPath&, qlonglong) {}
+    void Seek(qlonglong offsetUs);
+    void SetPosition(const QDBusObjectPath& trackId, qlonglong positionUs);
     void OpenUri(const QString&) {}
 
 signals:

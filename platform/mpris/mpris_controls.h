@@ -38,6 +38,9 @@ public:
     // Nothing while no track is loaded.
     virtual std::optional<MprisTrack> track() = 0;
     virtual double positionSeconds() { return 0; }
+    // Moving within the running track.
+    virtual bool canSeek() { return false; }
+    virtual void seekTo(double /*seconds*/) {}
 };
 
 }  // namespace sonorit

@@ -13,6 +13,11 @@ namespace {
 constexpr const char* PlayerInterface = "org.mpris.MediaPlayer2.Player";
 }
 
+QString mprisTrackPath(const MprisTrack& track)
+{
+    return QStringLiteral("/org/zevsonorit/track/%1").arg(std::max(track.id, 0));
+}
+
 QVariantMap mprisMetadata(const std::optional<MprisTrack>& track)
 {
     QVariantMap m;
@@ -22,7 +27,7 @@ QVariantMap mprisMetadata(const std::optional<MprisTrack>& track)
         return m;
     }
     m.insert(QStringLiteral("mpris:trackid"),
-             QVariant::fromValue(QDBusObjectPath(QStringLiteral("/org/zevsonorit/track/%1").arg(std::max(track->id, 0)))));
+             QVariant::fromValue(QDBusObjectPath(mprisTrackPath(*track))));
     m.insert(QStringLiteral("mpris:length"), qlonglong(std::llround(std::max(track->seconds, 0.0) * 1e6)));
     if (!track->artist.isEmpty())
         m.insert(QStringLiteral("xesam:artist"), QStringList{track->artist});

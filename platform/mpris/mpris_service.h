@@ -39,7 +39,8 @@ private:
     QVariantMap lastMetadata_;
 };
 
-// The D-Bus value of a track's metadata.
+// The D-Bus value of a track's metadata, and its track id.
 QVariantMap mprisMetadata(const std::optional<MprisTrack>& track);
+QString mprisTrackPath(const MprisTrack& track);
 
 }  // namespace sonorit

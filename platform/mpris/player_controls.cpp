@@ -1,5 +1,7 @@
 #include "player_controls.h"
 
+#include <cmath>
+
 namespace sonorit {
 
 namespace {
@@ -79,5 +81,10 @@ std::optional<MprisTrack> PlayerMprisControls::track()
 }
 
 double PlayerMprisControls::positionSeconds() { return player_.currentPosition().value_or(0); }
+
+bool PlayerMprisControls::canSeek() { return player_.state().Is_Playing; }
+
+// Through the time slider, as a click on it seeks: whole seconds.
+void PlayerMprisControls::seekTo(double seconds) { player_.timeSliderClick(int(std::lround(seconds))); }
 
 }  // namespace sonorit

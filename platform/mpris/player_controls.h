@@ -29,6 +29,8 @@ public:
     MprisStatus status() override;
     std::optional<MprisTrack> track() override;
     double positionSeconds() override;
+    bool canSeek() override;
+    void seekTo(double seconds) override;
 
 private:
     Player& player_;

@@ -53,6 +53,10 @@ public:
     MprisStatus status() override { return status_; }
     std::optional<MprisTrack> track() override { return track_; }
     double positionSeconds() override { return 1.25; }
+    bool canSeek() override { return seekable; }
+    void seekTo(double seconds) override { log << QString("seek %1").arg(seconds); }
+
+    bool seekable = false;
 
     QStringList log;
     MprisStatus status_ = MprisStatus::Stopped;
@@ -173,6 +177,25 @@ TEST_F(MprisTest, CommandsReachThePlayer)
     EXPECT_EQ(call(RootIface, "Raise").type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(controls.log, QStringList({"play", "pause", "play", "pause", "stop", "next", "previous", "raise"}));
 
+    // Seeking: by an offset, to a place in the named track; a stale track,
+    // a place beyond the end, or a player that cannot seek, nothing; beyond
+    // the end by an offset, the next track.
+    controls.log.clear();
+    controls.track_ = MprisTrack{7, "A", "B", "C", 2.5, {}};
+    const QVariant here = QVariant::fromValue(QDBusObjectPath(QStringLiteral("/org/zevsonorit/track/7")));
+    const QVariant stale = QVariant::fromValue(QDBusObjectPath(QStringLiteral("/org/zevsonorit/track/6")));
+    call(PlayerIface, "Seek", {qlonglong(500000)});
+    controls.seekable = true;
+    EXPECT_EQ(property(PlayerIface, "CanSeek"), true);
+    call(PlayerIface, "Seek", {qlonglong(500000)});
+    call(PlayerIface, "Seek", {qlonglong(-5000000)});
+    call(PlayerIface, "SetPosition", {here, qlonglong(2000000)});
+    call(PlayerIface, "SetPosition", {stale, qlonglong(1000000)});
+    call(PlayerIface, "SetPosition", {here, qlonglong(3000000)});
+    call(PlayerIface, "Seek", {qlonglong(2000000)});
+    EXPECT_EQ(controls.log, QStringList({"seek 1.75", "seek 0", "seek 2", "next"}));
+    controls.track_.reset();
+
     // The desktop's media keys come from another program.
     QProcess send;
     send.start(QStringLiteral("dbus-send"), {QStringLiteral("--bus=") + address_, QStringLiteral("--print-reply"),
@@ -285,7 +308,10 @@ TEST_F(MprisTest, MediaKeysDriveTheRealPlayer)
     EXPECT_EQ(m.value("mpris:length").toLongLong(), 2000000);
 
     call(PlayerIface, "Next");
-    EXPECT_EQ(metadata().value("xesam:title").toString(), QStringLiteral("Second"));
+    m = metadata();
+    EXPECT_EQ(m.value("xesam:title").toString(), QStringLiteral("Second"));
+    call(PlayerIface, "SetPosition", {m.value("mpris:trackid"), qlonglong(1000000)});
+    EXPECT_NEAR(property(PlayerIface, "Position").toLongLong(), 1000000, 100000);
     call(PlayerIface, "PlayPause");
     EXPECT_EQ(player.graphState(), GraphState::Paused);
     EXPECT_EQ(property(PlayerIface, "PlaybackStatus"), QStringLiteral("Paused"));
