@@ -54,7 +54,12 @@ PlaybackController::PlaybackController(AppState& app, LibraryState& lib, UiPort&
     view_->setOnPlayerChanged([this] { mpris_->update(); });
 }
 
-PlaybackController::~PlaybackController() = default;
+PlaybackController::~PlaybackController()
+{
+    // The window goes before the player; nothing may reach it afterwards.
+    view_->setCoverWindow(nullptr);
+    view_->setOnPlayerChanged({});
+}
 
 void PlaybackController::connectPanel()
 {
@@ -101,11 +106,6 @@ void PlaybackController::connectLists()
     // A click or a key that moves the row selects the entry in the core.
     QObject::connect(list->selectionModel(), &QItemSelectionModel::currentRowChanged, list,
                      [s](const QModelIndex& current) { s->Play_List.select(current.row()); });
-    QObject::connect(model_.get(), &QAbstractItemModel::modelReset, list, [list, s] {
-        QObject::connect(list->selectionModel(), &QItemSelectionModel::currentRowChanged, list,
-                         [s](const QModelIndex& current) { s->Play_List.select(current.row()); },
-                         Qt::UniqueConnection);
-    });
     QObject::connect(list, &QTreeView::doubleClicked, list,
                      [this](const QModelIndex& index) { player_->playListDoubleClick(index.row()); });
 
