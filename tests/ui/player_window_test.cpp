@@ -3,6 +3,7 @@
 // moving; the large cover window with its picture, synced lyrics and the
 // mirrored volume; the duplicate scan window.
 #include "playback/player.h"
+#include "tests/support/library_maker.h"
 #include "tests/support/mp3_maker.h"
 #include "tests/support/tag_bytes.h"
 #include "ui/cpv_slider.h"
@@ -184,6 +185,45 @@ TEST_F(PlayerWindowTest, CoverWindowShowsThePictureTheLyricsAndTheVolume)
     QTest::mouseDClick(child("Image1"), Qt::LeftButton);
     EXPECT_FALSE(cover->isVisible());
     EXPECT_FALSE(play().Cover_Window_Open);
+}
+
+TEST_F(PlayerWindowTest, LibraryRowsGoToThePlaylistOrPlayDirectly)
+{
+    const QString music = state.paths.Music_Folder;
+    writeTrack(music + "/X/1 First.mp3", "X", "First", 3);
+    writeTrack(music + "/X/2 Second.mp3", "X", "Second", 3);
+    const QString vkt = LibraryMaker(state.paths, env.path("Lib.vkt"))
+                            .track(makeTrack("X", "First", music + "/X", "1 First.mp3"))
+                            .track(makeTrack("X", "Second", music + "/X", "2 Second.mp3"))
+                            .write().vkt;
+    ASSERT_EQ(start(Join_Command_Line({vkt})), StartupResult::Started);
+    waitForMenuUpdate();
+    EXPECT_TRUE(enabled("mnu_play") && enabled("mnu_add") && enabled("mnu_Album_Play"));
+    EXPECT_FALSE(enabled("mnu_Tracks_Copy"));
+
+    // A double click on a library row adds it, and the first entry plays.
+    doubleClickRow(list(), 0);
+    EXPECT_EQ(column(find<QTreeView>("Play_List")->model(), 2), QStringList{"First"});
+    EXPECT_EQ(play().Now_Source, music + "/X/1 First.mp3");
+    EXPECT_FALSE(find<QLabel>("lblLibPlay")->isVisible());
+
+    // Library play takes the row itself, through its own copy.
+    list()->setCurrentIndex(list()->model()->index(1, 0));
+    find<QAction>("mnu_Library_Play")->trigger();
+    EXPECT_EQ(play().Now_Source, music + "/X/2 Second.mp3");
+    EXPECT_EQ(play().Now_File, state.Data_Folder() + "Play00.mp3");
+    EXPECT_TRUE(find<QLabel>("lblLibPlay")->isVisible());
+
+    // Mute shows the other picture; Stop hides the library marker.
+    auto* mute = find<QLabel>("mute");
+    const QImage sound = mute->pixmap().toImage();
+    QTest::mouseClick(mute, Qt::LeftButton);
+    EXPECT_TRUE(play().Muted);
+    EXPECT_NE(mute->pixmap().toImage(), sound);
+    QTest::mouseClick(mute, Qt::LeftButton);
+    EXPECT_EQ(mute->pixmap().toImage(), sound);
+    find<QToolButton>("Stop_Track")->click();
+    EXPECT_FALSE(find<QLabel>("lblLibPlay")->isVisible());
 }
 
 TEST_F(PlayerWindowTest, DuplicateScanRemovesTheTickedEntries)
