@@ -1,5 +1,6 @@
 #include "lyric_clock.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace sonorit {
@@ -61,7 +62,7 @@ std::optional<LyricLines> LyricClock::tick(const LyricState& lyrics, int& pos,
         busy_ = false;
         return std::nullopt;
     }
-    const qint64 ms = static_cast<qint64>(std::floor(*seconds * 1000));
+    const qint64 ms = static_cast<qint64>(std::clamp(std::floor(*seconds * 1000), -1e15, 1e15));
     pos = Lyric_Advance(lyrics, pos, ms);
     const LyricLines lines = Lyric_Display(lyrics, pos, ms);
     if (yield)

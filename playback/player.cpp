@@ -46,7 +46,12 @@ QString Player::copyPath(int number) const
 
 int Player::roundedSeconds(double seconds) const
 {
-    // The old runtime rounds halves to even.
+    // The old runtime rounds halves to even. A back end's nonsense (a NaN,
+    // an endless stream) counts as 0 or as the largest value.
+    if (!(seconds > 0))
+        return 0;
+    if (seconds >= 2147483647.0)
+        return 2147483647;
     return static_cast<int>(std::nearbyint(seconds));
 }
 
@@ -541,7 +546,7 @@ void Player::positionWork()
     c_.view.setTimeSliderTip(s.Time_Now);
     c_.view.positionPolled(*p);
     const std::optional<double> d = graph_->duration();
-    if (d && static_cast<long long>(*d) <= rounded && s.PlayList_Count > 0) {
+    if (d && std::isfinite(*d) && std::floor(*d) <= rounded && s.PlayList_Count > 0) {
         s.Auto_Next = true;
         c_.view.trackEnded(s.Lib_Play ? 0 : s.currentEntry());
         Next_Track();

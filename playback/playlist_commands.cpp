@@ -67,7 +67,7 @@ bool PlaylistCommands::Add_Non_MP3_To_PlayList(const QString& path, const QStrin
             std::optional<double> seconds = graph->duration();
             if (!seconds && graph->pause())
                 seconds = graph->duration();
-            if (seconds && std::isfinite(*seconds) && *seconds >= 0)
+            if (seconds && std::isfinite(*seconds) && *seconds >= 0 && *seconds < 1e9)
                 row[PlayTime] = Format_Play_Time(static_cast<long long>(std::nearbyint(*seconds)));
             graph->stop();
         }

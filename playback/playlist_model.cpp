@@ -31,8 +31,8 @@ bool Grow_PlayList(PlaybackState& s, const QString& path)
         // never drawn.
         int r = 0;
         do {
-            r = static_cast<int>(n * s.Random() + 1);
-            r = std::clamp(r, 1, n);
+            const double d = n * s.Random() + 1;
+            r = d >= 1 && d < n + 1 ? static_cast<int>(d) : 1;
         } while (r == n || r == s.PlayList_Pos);
         slotN = s.Random_Order[static_cast<size_t>(r - 1)];
         s.Random_Order[static_cast<size_t>(r - 1)] = n;
