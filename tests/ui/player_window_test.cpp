@@ -181,6 +181,23 @@ TEST_F(PlayerWindowTest, CoverWindowShowsThePictureTheLyricsAndTheVolume)
     EXPECT_FALSE(cover->findChild<QAction*>("mnu_Lyrics")->isEnabled());
     EXPECT_FALSE(child("Label1_2")->isVisible());
 
+    // The picture saves under the proposed name, in the folder it remembers.
+    QStringList seen;
+    const QString saved = env.path("art/Singer - Album.jpg");
+    QDir().mkpath(env.path("art"));
+    {
+        ModalAnswerer answerer({[&](QWidget* modal) {
+            auto* dialog = qobject_cast<QFileDialog*>(modal);
+            ASSERT_NE(dialog, nullptr);
+            seen << dialog->windowTitle() << dialog->selectedFiles().value(0).section('/', -1);
+            typePath(seen, saved)(modal);
+        }});
+        cover->findChild<QAction*>("mnu_image_save")->trigger();
+    }
+    EXPECT_EQ(seen.mid(0, 2), (QStringList{"Save As", "Singer - Album.jpg"}));
+    EXPECT_EQ(readFile(saved), readFile(state.Data_Folder() + "Playing.jpg"));
+    EXPECT_EQ(state.settings.GetSetting("Folders", "Art", ""), env.path("art"));
+
     // Double click on the picture closes the window.
     QTest::mouseDClick(child("Image1"), Qt::LeftButton);
     EXPECT_FALSE(cover->isVisible());
