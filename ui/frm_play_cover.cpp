@@ -6,6 +6,7 @@
 #include <QFontMetricsF>
 #include <QLabel>
 #include <QMenuBar>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -15,6 +16,7 @@
 #include "playback/player.h"
 #include "shell/file_copy.h"
 #include "shell/ui_port.h"
+#include "window_geometry.h"
 
 namespace sonorit::ui {
 
@@ -182,9 +184,13 @@ void FrmPlayCover::open(const QPixmap& coverPlay, bool loop, bool random, int vo
     s.Cover_Caption = windowTitle();
     prepareLyrics(s.Has_Lyrics);
 
-    QRect frame(QPoint(), size());
+    // Centred on the main window, but whole on its screen with room for a
+    // title bar (the position is the frame's).
+    const QRect available = mainWindow_->screen()->availableGeometry();
+    resize(size().boundedTo(available.size() - QSize(16, 48)));
+    QRect frame(QPoint(), size() + QSize(0, 32));
     frame.moveCenter(mainWindow_->frameGeometry().center());
-    move(frame.topLeft());
+    move(Fit_Window_Rect(frame, available).topLeft());
     show();
     raise();
 }
