@@ -101,6 +101,16 @@ TEST_F(PlayerWindowTest, PlaylistOpensPlaysAndTheDisplayMoves)
     EXPECT_EQ(find<ui::cpvSlider>("Time_Slider")->Max(), 4);
     EXPECT_EQ(find<ui::cpvSlider>("Time_Slider")->Value(), 1);
 
+    // A drag of the time slider seeks; the poll's own writes do not.
+    auto* time = find<ui::cpvSlider>("Time_Slider");
+    const int y = time->height() / 2;
+    QTest::mousePress(time, Qt::LeftButton, {}, QPoint(time->knobPosition(time->Value()) + 6, y));
+    QTest::mouseMove(time, QPoint(time->knobPosition(3) + 9, y));
+    EXPECT_EQ(time->Value(), 3);
+    // While dragging, before any release.
+    EXPECT_TRUE(waitFor([&] { return base.playback().player().currentPosition().value_or(0) >= 2.9; }, 300));
+    QTest::mouseRelease(time, Qt::LeftButton, {}, QPoint(time->knobPosition(3) + 9, y));
+
     // Stop empties the display; Clear empties the list and its menu.
     find<QToolButton>("Stop_Track")->click();
     EXPECT_EQ(text("song"), "");
