@@ -1,6 +1,7 @@
 #include "program_icon.h"
 
 #include <QFile>
+#include <QImageReader>
 
 namespace sonorit::ui {
 
@@ -14,7 +15,8 @@ QIcon Program_Icon()
 {
     QIcon icon(QStringLiteral(":/icons/zevsonorit.png"));
     // Sharp at every size where the SVG plugin happens to be installed.
-    icon.addFile(QStringLiteral(":/icons/zevsonorit.svg"));
+    if (QImageReader::supportedImageFormats().contains("svg"))
+        icon.addFile(QStringLiteral(":/icons/zevsonorit.svg"));
     return icon;
 }
 
