@@ -12,8 +12,8 @@
 #include "frm_scan_dups.h"
 #include "library/track_list.h"
 #include "menu_bar.h"
-#include "mpris_bridge.h"
 #include "platform/mpris/mpris_service.h"
+#include "platform/mpris/player_controls.h"
 #include "play_list_model.h"
 #include "qt_player_view.h"
 
@@ -45,20 +45,20 @@ PlaybackController::PlaybackController(AppState& app, LibraryState& lib, UiPort&
 
     // Media keys and the desktop's controls; without a session bus this
     // stays silent.
-    mprisBridge_ = std::make_unique<MprisBridge>(*player_, *view_, [w = w_.window] {
+    mprisControls_ = std::make_unique<PlayerMprisControls>(*player_, [w = w_.window] {
         w->show();
         w->raise();
         w->activateWindow();
     });
-    mpris_ = std::make_unique<MprisService>(*mprisBridge_);
-    view_->setOnPlayerChanged([this] { mpris_->update(); });
+    mpris_ = std::make_unique<MprisService>(*mprisControls_);
+    view_->setMediaControls(mprisControls_.get(), [this] { mpris_->update(); });
 }
 
 PlaybackController::~PlaybackController()
 {
     // The window goes before the player; nothing may reach it afterwards.
     view_->setCoverWindow(nullptr);
-    view_->setOnPlayerChanged({});
+    view_->setMediaControls(nullptr, {});
 }
 
 void PlaybackController::connectPanel()

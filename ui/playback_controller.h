@@ -15,13 +15,13 @@ class QWidget;
 
 namespace sonorit {
 class MprisService;
+class PlayerMprisControls;
 }
 
 namespace sonorit::ui {
 
 class FrmPlayCover;
 class MenuBar;
-class MprisBridge;
 class PlayListModel;
 class QtPlayerView;
 
@@ -72,7 +72,7 @@ private:
     std::unique_ptr<PlaylistFiles> files_;
     std::unique_ptr<DupScan> dups_;
     std::unique_ptr<FrmPlayCover> cover_;
-    std::unique_ptr<MprisBridge> mprisBridge_;
+    std::unique_ptr<PlayerMprisControls> mprisControls_;
     std::unique_ptr<MprisService> mpris_;
 };
 

@@ -8,6 +8,7 @@
 
 #include "cpv_slider.h"
 #include "frm_play_cover.h"
+#include "platform/mpris/player_controls.h"
 #include "play_list_model.h"
 
 namespace sonorit::ui {
@@ -108,6 +109,11 @@ void QtPlayerView::showPlayCover(const QString& jpegPath)
         coverPict_ = QPixmap::fromImage(image);
     }
     p_.panel.cover->setPixmap(coverPict_);
+    coverPath_ = jpegPath;
+    if (mpris_) {
+        mpris_->coverShown(jpegPath);
+        changed();
+    }
 }
 
 void QtPlayerView::setImageSaveEnabled(bool enabled)
@@ -150,14 +156,18 @@ void QtPlayerView::beep() { QApplication::beep(); }
 
 void QtPlayerView::trackStarted(const TrackStart& start)
 {
-    lastStart_ = start;
-    playing_ = true;
+    // The player shows a track's cover before it tells of the start.
+    if (mpris_) {
+        mpris_->trackStarted(start);
+        mpris_->coverShown(coverPath_);
+    }
     changed();
 }
 
 void QtPlayerView::playbackStopped()
 {
-    playing_ = false;
+    if (mpris_)
+        mpris_->stopped();
     changed();
 }
 

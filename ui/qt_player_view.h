@@ -11,6 +11,10 @@
 class QAction;
 class QTreeView;
 
+namespace sonorit {
+class PlayerMprisControls;
+}
+
 namespace sonorit::ui {
 
 class FrmPlayCover;
@@ -30,11 +34,14 @@ public:
     explicit QtPlayerView(PlayerViewParts parts);
 
     void setCoverWindow(FrmPlayCover* window) { cover_ = window; }
-    // Told after every start, stop and pause, for the media controls.
-    void setOnPlayerChanged(std::function<void()> changed) { changed_ = std::move(changed); }
+    // The desktop's media controls hear of every start, cover and stop;
+    // `changed` runs after each, and after a pause, to publish them.
+    void setMediaControls(PlayerMprisControls* controls, std::function<void()> changed)
+    {
+        mpris_ = controls;
+        changed_ = std::move(changed);
+    }
     const QPixmap& coverPict() const { return coverPict_; }
-    const TrackStart& lastStart() const { return lastStart_; }
-    bool playing() const { return playing_; }
 
     void showSong(const QString& text) override;
     void showTimerText(const QString& text) override;
@@ -76,8 +83,8 @@ private:
     PlayerViewParts p_;
     FrmPlayCover* cover_ = nullptr;
     QPixmap coverPict_;  // Cover_Pict
-    TrackStart lastStart_;
-    bool playing_ = false;
+    QString coverPath_;  // the file it came from, "" for the built-in one
+    PlayerMprisControls* mpris_ = nullptr;
     std::function<void()> changed_;
 };
 
