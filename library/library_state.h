@@ -37,9 +37,10 @@ struct LibraryState {
     DurationProbe* durations = nullptr;
     // Start folder of the import file dialog; "" means the music folder.
     QString Last_Import_Folder;
-    // The paths of the playlist's tracks, which a rename or relocate keeps
-    // pointing at the moved file.
-    QStringList Playlist_Paths;
+    // The paths of the playlist's tracks (the player's Play_File), which a
+    // rename or relocate keeps pointing at the moved file; none without a
+    // player.
+    QStringList* Playlist_Paths = nullptr;
     // Where the record appended last starts and how long it is, so that the
     // relocation that follows an import rewrites it in place instead of
     // copying the whole Trackfile.

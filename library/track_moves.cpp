@@ -99,9 +99,11 @@ void storeRow(LibraryContext& c, int index, const QString& oldPath, const QStrin
                || !Replace_Track_Record(c, Track_ID_Of(row[ColID]), Join_Track_Record(row))) {
         recordFailure(c, what, oldPath);
     }
-    const int at = c.lib.Playlist_Paths.indexOf(oldPath);
-    if (at >= 0)
-        c.lib.Playlist_Paths[at] = newPath;
+    if (c.lib.Playlist_Paths) {
+        const int at = c.lib.Playlist_Paths->indexOf(oldPath);
+        if (at >= 0)
+            (*c.lib.Playlist_Paths)[at] = newPath;
+    }
 }
 
 // Covers go with the first track of an album to move; then the old folder and

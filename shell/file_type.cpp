@@ -71,6 +71,7 @@ void Register_File_Type(const QString& description, const QString& programPath)
                                               "Comment=%1\n"
                                               "Exec=\"%2\" %f\n"
                                               "MimeType=%3;\n"
+                                              "Icon=zevsonorit\n"
                                               "Categories=AudioVideo;Audio;Player;\n"
                                               "Terminal=false\n")
                                    .arg(description, programPath, QLatin1String(kLibraryMimeType))
@@ -78,6 +79,12 @@ void Register_File_Type(const QString& description, const QString& programPath)
     const QString appsDir = dataHome() + QStringLiteral("/applications");
     if (writeIfDifferent(appsDir + QLatin1Char('/') + kDesktopName, desktop))
         runIfPresent(QStringLiteral("update-desktop-database"), {appsDir});
+}
+
+void Install_Program_Icon(const QByteArray& svg)
+{
+    const QString path = dataHome() + QStringLiteral("/icons/hicolor/scalable/apps/zevsonorit.svg");
+    writeIfDifferent(path, svg);
 }
 
 void Associate_Extension(const QString& /*extension*/, const QString& /*typeName*/)

@@ -33,6 +33,11 @@ public:
     virtual QString fileDialog(const FileDialogRequest& request) = 0;
     // "" on cancel.
     virtual QString browseForFolder() = 0;
+    // An input box; the default text when nobody answers.
+    virtual QString input(const QString& /*prompt*/, const QString& /*title*/, const QString& defaultText)
+    {
+        return defaultText;
+    }
 
     // The window shielding protocol of long operations.
     virtual void lockMainWindow() {}

@@ -5,7 +5,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QTreeView>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "progress_panel.h"
@@ -74,12 +73,24 @@ QWidget* makeShield(BaseWidgets& w)
 QWidget* makePlaylistFrame(BaseWidgets& w)
 {
     QGroupBox* playlist = frame("FramePlaylist", QStringLiteral("Playlist"));
-    auto* list = new QTreeWidget;
+    auto* list = new QTreeView;
     list->setObjectName(QStringLiteral("Play_List"));
     list->setRootIsDecorated(false);
-    list->setHeaderLabels({QStringLiteral("Artist"), QStringLiteral("Album"), QStringLiteral("Title"),
-                           QStringLiteral("Time")});
-    (new QVBoxLayout(playlist))->addWidget(list);
+    list->setItemsExpandable(false);
+    list->setUniformRowHeights(true);
+    list->setAllColumnsShowFocus(true);
+    list->setSelectionMode(QAbstractItemView::SingleSelection);
+    list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    auto* shield = new QFrame;
+    shield->setObjectName(QStringLiteral("PlayShield"));
+    shield->setFrameShape(QFrame::StyledPanel);
+    shield->hide();
+    auto* grid = new QGridLayout(playlist);
+    grid->addWidget(list, 0, 0);
+    grid->addWidget(shield, 0, 0);
+    w.playList = list;
+    w.playShield = shield;
     w.lockable << playlist << list;
     return playlist;
 }
@@ -94,19 +105,20 @@ QWidget* makeLowerPanels(BaseWidgets& w)
     // The CD player takes the file player's place while it is open.
     auto* players = new QVBoxLayout;
     QGroupBox* player = frame("Player_Frame");
+    w.player = player;
     QGroupBox* cdPlayer = frame("CD_Player_Frame");
     cdPlayer->hide();
     players->addWidget(player);
     players->addWidget(cdPlayer);
-    row->addLayout(players, 3);
-    row->addWidget(makePlaylistFrame(w), 4);
+    row->addLayout(players, 4);
+    row->addWidget(makePlaylistFrame(w), 5);
 
     auto* tags = new QVBoxLayout;
     QGroupBox* tag1 = frame("FrameTag1");
     QGroupBox* tag2 = frame("FrameTag2");
     tags->addWidget(tag1);
     tags->addWidget(tag2);
-    row->addLayout(tags, 3);
+    row->addLayout(tags, 2);
 
     auto* info = new QVBoxLayout;
     QGroupBox* mpeg = frame("FrameMPEG");
@@ -119,7 +131,7 @@ QWidget* makeLowerPanels(BaseWidgets& w)
     auto* searchBox = new QFrame;
     searchBox->setObjectName(QStringLiteral("SearchBox"));
     (new QVBoxLayout(search))->addWidget(searchBox);
-    row->addWidget(search, 2);
+    row->addWidget(search, 1);
 
     w.lockable << player << cdPlayer << tag1 << tag2 << mpeg << convert << search << searchBox;
     return lower;

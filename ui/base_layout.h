@@ -5,6 +5,7 @@
 #include <QList>
 
 class QAbstractItemModel;
+class QGroupBox;
 class QTreeView;
 class QWidget;
 
@@ -17,6 +18,9 @@ struct BaseWidgets {
     QTreeView* list = nullptr;       // MP3_List
     QWidget* libShield = nullptr;    // LibShield, holds the progress panel
     ProgressPanel* progress = nullptr;
+    QGroupBox* player = nullptr;     // Player_Frame
+    QTreeView* playList = nullptr;   // Play_List
+    QWidget* playShield = nullptr;   // PlayShield, over Play_List while a list loads
     QList<QWidget*> lockable;        // what Lock_Main_Window disables
 };
 

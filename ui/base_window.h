@@ -6,6 +6,7 @@
 
 #include "library/library_state.h"
 #include "platform/gstreamer/gst_duration_probe.h"
+#include "playback/media_graph.h"
 #include "shell/main_timer.h"
 
 class QTimer;
@@ -21,30 +22,38 @@ namespace sonorit::ui {
 class LibraryController;
 class ListSelection;
 class MenuBar;
+class PlaybackController;
 class QtUiPort;
 class TrackListModel;
+class WindowGeometry;
 class WindowShield;
 class WindowStartupHost;
 
 class Base : public QMainWindow {
 public:
-    explicit Base(AppState& app);
+    // `graphs` plays the tracks; by default GStreamer into the desktop's
+    // audio output.
+    explicit Base(AppState& app, std::unique_ptr<MediaGraphFactory> graphs = nullptr);
     ~Base() override;
 
     UiPort& ui();
     StartupHost& startupHost();
     LibraryState& library() { return lib_; }
+    PlaybackController& playback() { return *playback_; }
     void Update_Menus();
 
 protected:
-    // Form_QueryUnload: a close from the title bar or the system is refused;
-    // Library > Exit is the only way out.
+    // A close from the title bar, the keyboard or the session ends the
+    // program as Library > Exit does, unless a library operation is at work.
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     // After a menu command: the menu states it asked for, without waiting
     // for the timer.
     void afterCommand();
+    void exitProgram();
 
     AppState& app_;
     GstDurationProbe durations_;
@@ -55,7 +64,10 @@ private:
     std::unique_ptr<QtUiPort> ui_;
     std::unique_ptr<LibraryController> libraryController_;
     std::unique_ptr<MenuBar> menus_;
+    std::unique_ptr<PlaybackController> playback_;
     std::unique_ptr<WindowStartupHost> startupHost_;
+    std::unique_ptr<WindowGeometry> geometry_;
+    QTimer* geometrySave_;  // gathers the moves and resizes of a drag into one write
     QTimer* mainTimer_;
     MainTimer timerTicks_;
     MainTimerWork timerWork_;

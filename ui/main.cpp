@@ -2,6 +2,8 @@
 #include <QApplication>
 
 #include "base_window.h"
+#include "program_icon.h"
+#include "shell/file_type.h"
 #include "shell/app_state.h"
 #include "shell/session_log.h"
 #include "shell/single_instance.h"
@@ -12,6 +14,8 @@ using namespace sonorit;
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
+    QGuiApplication::setDesktopFileName(QStringLiteral("zevsonorit"));
+    Install_Program_Icon(ui::Program_Icon_Svg());
     AppState state(AppPaths::fromEnvironment(QCoreApplication::applicationDirPath()));
     ui::Base base(state);
     SingleInstance instance;  // held until the process ends

@@ -55,7 +55,8 @@ void Build_Library_Menu(MenuBar& menus, LibraryController& controller)
                 {"mnu_Library_Relocate_Album", "&Album", &C::relocateAlbum},
                 {"mnu_Library_Relocate_All", "A&ll", &C::relocateAll}});
     menu->addSeparator();
-    addEntries(menus, menu, controller, {{"mnu_Library_Exit", "E&xit", &C::exit}});
+    // The window binds Exit: a close request runs it too.
+    menus.addPlaceholder(menu, QStringLiteral("mnu_Library_Exit"), QStringLiteral("E&xit"));
 }
 
 }  // namespace sonorit::ui

@@ -95,16 +95,24 @@ QtUiPort::QtUiPort(QWidget* window, QWidget* list, WindowShield& shield, Progres
 {
 }
 
+// Dialogs stand over the window the user works in: the large cover window
+// stays on top of everything else.
+QWidget* QtUiPort::dialogParent() const
+{
+    QWidget* active = QApplication::activeWindow();
+    return active && active->isVisible() ? active : window_;
+}
+
 Answer QtUiPort::message(const QString& text, const QString& title, Buttons buttons, Icon icon)
 {
-    QMessageBox box(boxIcon(icon), title, Display_Text(text), standardButtons(buttons), window_);
+    QMessageBox box(boxIcon(icon), title, Display_Text(text), standardButtons(buttons), dialogParent());
     box.setTextFormat(Qt::PlainText);  // paths and tags may hold "<"
     return answerOf(box.exec(), buttons);
 }
 
 QString QtUiPort::fileDialog(const FileDialogRequest& request)
 {
-    QFileDialog dialog(window_, request.title, request.startFolder);
+    QFileDialog dialog(dialogParent(), request.title, request.startFolder);
     dialog.setNameFilter(Name_Filter(request.filterDescription, request.filterPattern));
     dialog.setDefaultSuffix(request.defaultExtension);
     if (request.mode == FileDialogMode::Save) {
@@ -123,7 +131,7 @@ QString QtUiPort::fileDialog(const FileDialogRequest& request)
 
 QString QtUiPort::browseForFolder()
 {
-    QFileDialog dialog(window_, QStringLiteral("Browse for Folder"));
+    QFileDialog dialog(dialogParent(), QStringLiteral("Browse for Folder"));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())

@@ -43,6 +43,7 @@ public:
     void yield() override;
 
 private:
+    QWidget* dialogParent() const;
     QWidget* window_;
     QWidget* list_;
     WindowShield& shield_;

@@ -15,6 +15,7 @@ WindowShield::WindowShield(QList<QAction*> menus, QList<QWidget*> panels, QWidge
 
 void WindowShield::setLocked(bool locked)
 {
+    locked_ = locked;
     for (QAction* menu : menus_)
         menu->setEnabled(!locked);
     for (QWidget* panel : panels_)

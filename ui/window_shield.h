@@ -18,6 +18,7 @@ public:
     WindowShield(QList<QAction*> menus, QList<QWidget*> panels, QWidget* list, QWidget* shield, ProgressPanel* progress);
 
     void lock();
+    bool locked() const { return locked_; }
     void unlock();
     void showProgress();
     void shield();
@@ -37,6 +38,7 @@ private:
     ProgressPanel* progress_;
     bool shielded_ = false;
     bool listHidden_ = false;
+    bool locked_ = false;
 };
 
 }  // namespace sonorit::ui

@@ -25,12 +25,13 @@ TEST(TrackMoves, RenameGivesTheRuleNameAndKeepsRecordAndPlaylistTrue)
     WorkFixture f;
     const int row = addLoose(f, "x.mp3", tags("Abba", "Gold", "3", "Waterloo"));
     const QString old = f.pathOf(row);
-    f.lib.Playlist_Paths = {"/other.mp3", old, old};
+    QStringList playFile{"/other.mp3", old, old};
+    f.lib.Playlist_Paths = &playFile;
     ASSERT_TRUE(Rename_Track(f.ctx, row));
     EXPECT_EQ(f.pathOf(row), f.env.path("Src/loose/Abba - Gold - 03 - Waterloo.mp3"));
     EXPECT_TRUE(QFileInfo::exists(f.pathOf(row)));
     EXPECT_FALSE(QFileInfo::exists(old));
-    EXPECT_EQ(f.lib.Playlist_Paths, (QStringList{"/other.mp3", f.pathOf(row), old}));  // the first entry only
+    EXPECT_EQ(playFile, (QStringList{"/other.mp3", f.pathOf(row), old}));  // the first entry only
     EXPECT_TRUE(f.recordsMatchList());
 
     // A name that fits already changes nothing, not even the date column.

@@ -125,6 +125,7 @@ TEST(FileType, DesktopFilesAreWrittenOnlyWhenTheyDiffer)
     registerAs("/opt/z s/sonorit");
     EXPECT_TRUE(readFile(desktop).contains("\nExec=\"/opt/z s/sonorit\" %f\n")) << readFile(desktop).constData();
     EXPECT_TRUE(readFile(desktop).contains("\nMimeType=application/x-zevsonorit-library;\n"));
+    EXPECT_TRUE(readFile(desktop).contains("\nIcon=zevsonorit\n"));
     EXPECT_TRUE(readFile(mime).contains("<glob pattern=\"*.vkt\"/>"));
     EXPECT_EQ(readFile(list), "[Default Applications]\ntext/plain=editor.desktop\napplication/x-zevsonorit-library="
                               "zevsonorit.desktop\n\n[Added Associations]\nimage/png=v.desktop\n");

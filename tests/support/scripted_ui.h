@@ -21,6 +21,8 @@ public:
     std::deque<QString> dialogResults;  // file and folder dialogs, in order; then ""
     std::vector<RecordedMessage> messages;
     std::vector<FileDialogRequest> fileDialogs;
+    std::deque<QString> inputs;  // input boxes, in order; then the default
+    QStringList inputPrompts;    // "prompt|title|default" of each input box
     QStringList events;  // "label17:...", "label18:..."
     QString caption;
     int progressMax = 0;
@@ -34,6 +36,11 @@ public:
     }
     QString fileDialog(const FileDialogRequest& r) override { fileDialogs.push_back(r); return browseForFolder(); }
     QString browseForFolder() override { return dialogResults.empty() ? QString() : take(dialogResults); }
+    QString input(const QString& prompt, const QString& title, const QString& defaultText) override
+    {
+        inputPrompts << prompt + '|' + title + '|' + defaultText;
+        return inputs.empty() ? defaultText : take(inputs);
+    }
     void lockMainWindow() override { locked = true; }
     void unlockMainWindow() override { locked = false; }
     void shieldLibrary() override { shielded = true; }

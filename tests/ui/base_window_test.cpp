@@ -1,6 +1,6 @@
 // The main window under the offscreen platform: start-up with a library on
 // the command line, the shielding while it loads, the menus, the message
-// boxes, the refused title-bar close and the Library menu's entries.
+// boxes and the Library menu's entries.
 #include "platform/gstreamer/gst_encoders.h"
 #include "tests/support/library_maker.h"
 #include "tests/support/startup_log.h"
@@ -77,9 +77,6 @@ TEST_F(BaseWindowTest, OpensTheLibraryOfTheCommandLine)
     EXPECT_FALSE(state.Menu_Refresh_Wanted);
     EXPECT_TRUE(enabled("mnu_Library_Open") && enabled("mnu_Library_Sort") && enabled("mnu_Library_Exit"));
     EXPECT_TRUE(state.options.chkDestLibraryEnabled);
-
-    EXPECT_FALSE(base.close());  // the title bar's close is refused
-    EXPECT_TRUE(base.isVisible());
 }
 
 TEST_F(BaseWindowTest, LibraryMenuReportsFailureOpensSortsAndExits)

@@ -7,6 +7,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+#include "platform/gstreamer/gst_media_graph.h"
 #include "shell/session_log.h"
 #include "shell/single_instance.h"
 #include "shell/startup.h"
@@ -92,7 +93,8 @@ protected:
 
     TempEnv env;
     AppState state{env.paths()};
-    ui::Base base{state};
+    // Tracks play in real time into a sink that needs no sound device.
+    ui::Base base{state, std::make_unique<GstMediaGraphFactory>(QStringLiteral("fakesink"))};
     SingleInstance instance;
     SessionLog log;
 

@@ -1,0 +1,142 @@
+// sonorit-cli play end to end: real files through GStreamer into a fake sink
+// that keeps real time, the events read back from standard output.
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "tests/cli/cli_run.h"
+#include "tests/support/mp3_maker.h"
+#include "tests/support/temp_env.h"
+#include "tests/support/wav_maker.h"
+
+using namespace sonorit::test;
+
+namespace {
+
+struct PlayRun {
+    CliRun run;
+    std::vector<QJsonObject> events;
+    // "start 1 Play01.mp3", "end 1", "skip 2", "stop": the events without
+    // the position polls, copies by file name.
+    QStringList story;
+    std::vector<double> positions;
+};
+
+PlayRun play(const QStringList& args)
+{
+    PlayRun r;
+    r.run = runCli(QStringList{"play", "--audio-sink", "fakesink"} + args);
+    for (const QString& line : r.run.out) {
+        const QJsonObject o = QJsonDocument::fromJson(line.toUtf8()).object();
+        r.events.push_back(o);
+        const QString e = o.value("event").toString();
+        if (e == "position")
+            r.positions.push_back(o.value("seconds").toDouble());
+        else if (e == "start")
+            r.story << QString("start %1 %2").arg(o.value("entry").toInt()).arg(o.value("file").toString().section('/', -1));
+        else if (e == "stop")
+            r.story << e;
+        else
+            r.story << QString("%1 %2").arg(e).arg(o.value("entry").toInt());
+    }
+    return r;
+}
+
+class PlayCommandTest : public ::testing::Test {
+protected:
+    QString mp3(const QString& name, double seconds = 1.0)
+    {
+        Mp3Recipe r;
+        r.seconds = seconds;
+        const QString path = env_.path(name);
+        EXPECT_TRUE(writeMp3(path, r));
+        return path;
+    }
+    TempEnv env_;
+};
+
+TEST_F(PlayCommandTest, FilesPlayThroughInOrderWithAlternatingCopies)
+{
+    const QString one = mp3("one.mp3"), two = mp3("two.mp3"), three = mp3("three.mp3");
+    const QString bad = env_.path("bad.mp3");
+    writeFile(bad, QByteArray(4000, 'x'));
+    const QString wav = env_.path("tone.wav");
+    ASSERT_TRUE(writeWav(wav, 1.0));
+
+    const PlayRun r = play({"--answers", "Wav Artist,Wav Album", one, bad, two, three, wav});
+    ASSERT_EQ(r.run.exitCode, 0) << r.run.err.toStdString();
+    EXPECT_EQ(r.story, QStringList({"start 1 Play01.mp3", "end 1", "skip 2", "start 3 Play02.mp3", "end 3",
+                                    "start 4 Play01.mp3", "end 4", "start 5 tone.wav", "end 5", "stop"}));
+    // The start line in full: the position, the source and the copy played.
+    const QJsonObject first = r.events.front();
+    EXPECT_EQ(first.value("pos").toInt(), 1);
+    EXPECT_EQ(first.value("source").toString(), one);
+    EXPECT_EQ(first.value("file").toString(), env_.paths().Data_Folder + "Play01.mp3");
+    const auto wavStart = std::find_if(r.events.begin(), r.events.end(),
+                                       [](const QJsonObject& o) { return o.value("entry").toInt() == 5; });
+    EXPECT_EQ(wavStart->value("file").toString(), wav) << "a WAV entry plays without a copy";
+    EXPECT_EQ(wavStart->value("pos").toInt(), 5);
+
+    EXPECT_GE(r.positions.size(), 4u) << "once a second while a track plays";
+    for (double s : r.positions)
+        EXPECT_TRUE(s >= 0.5 && s < 1.6) << s;
+    // The WAV's boxes took the answers given, then their default.
+    for (const char* input : {"\"input\":\"Wav Artist\"", "\"input\":\"Wav Album\"", "\"input\":\"Unknown Title\""})
+        EXPECT_TRUE(r.run.err.contains(input)) << input << r.run.err.toStdString();
+}
+
+TEST_F(PlayCommandTest, ShuffledListLoopsUntilTheSecondsAreOver)
+{
+    const QString one = mp3("a.mp3"), two = mp3("b.mp3");
+    writeFile(env_.path("list.m3u"), "#ZEVM3U\r\n#ZEVINF:A | Album | One | 00:01\r\n" + one.toUtf8()
+                                         + "\r\n#ZEVINF:A | Album | Two | 00:01\r\n" + two.toUtf8() + "\r\n");
+    const PlayRun r = play({"--loop", "--random", "--seconds", "3", env_.path("list.m3u")});
+    ASSERT_EQ(r.run.exitCode, 0) << r.run.err.toStdString();
+    ASSERT_GE(r.story.size(), 6) << r.story.join(", ").toStdString();
+    EXPECT_EQ(r.story.last(), "stop");
+    // Each entry once per round, the same order in the next round; the
+    // positions walk the shuffle.
+    std::vector<QJsonObject> starts;
+    for (const QJsonObject& o : r.events)
+        if (o.value("event") == "start")
+            starts.push_back(o);
+    ASSERT_GE(starts.size(), 3u);
+    const int first = starts[0].value("entry").toInt(), second = starts[1].value("entry").toInt();
+    EXPECT_EQ(std::set<int>({first, second}), std::set<int>({1, 2}));
+    EXPECT_EQ(starts[2].value("entry").toInt(), first);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(starts[size_t(i)].value("pos").toInt(), i % 2 + 1);
+    EXPECT_EQ(r.story.mid(0, 5), QStringList({QString("start %1 Play01.mp3").arg(first), QString("end %1").arg(first),
+                                              QString("start %1 Play02.mp3").arg(second), QString("end %1").arg(second),
+                                              QString("start %1 Play01.mp3").arg(first)}));
+
+    const PlayRun cut = play({"--seconds", "1", mp3("long.mp3", 3.0)});
+    EXPECT_EQ(cut.story, QStringList({"start 1 Play01.mp3", "stop"})) << "stopped before its end";
+}
+
+TEST_F(PlayCommandTest, BadArgumentsAndFiles)
+{
+    const QString one = mp3("one.mp3", 0.3);
+    writeFile(env_.path("list.m3u"), "one.mp3\r\n");
+    const struct {
+        QStringList args;
+        int exitCode;
+    } rows[] = {
+        {{}, 2},
+        {{"--seconds", "x", one}, 2},
+        {{"--volume", one}, 2},
+        {{env_.path("list.m3u"), one}, 2},  // a list plays alone
+        {{env_.path("missing.mp3")}, 1},
+        {{"--audio-sink", "no_such_element", one}, 1},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(play(row.args).run.exitCode, row.exitCode) << row.args.join(' ').toStdString();
+
+    // Nothing playable: the skip and the end of the run at once.
+    writeFile(env_.path("noise.mp3"), QByteArray(4000, 'y'));
+    EXPECT_EQ(play({env_.path("noise.mp3")}).story, QStringList({"skip 1", "stop"}));
+}
+
+}  // namespace

@@ -1,0 +1,154 @@
+// sonorit-cli playlist, queue and dups run as a separate program.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QRegularExpression>
+
+#include "cli_run.h"
+#include "tests/support/library_maker.h"
+#include "tests/support/qt_gtest_print.h"
+#include "tests/support/tagged_mp3.h"
+#include "tests/support/temp_env.h"
+
+using namespace sonorit;
+using namespace sonorit::test;
+
+namespace {
+
+QString track(const TempEnv& env, const QString& rel, const QString& artist, const QString& title,
+              const QString& album = "Album", const QString& number = "1")
+{
+    const QString path = env.path(rel);
+    Mp3Recipe r;
+    r.seconds = 0.2;
+    writeTaggedMp3(path, TrackTags{artist, album, number, title, "", ""}, r);
+    return path;
+}
+
+QStringList entries(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+}  // namespace
+
+TEST(CliPlaylist, LoadsMergesSavesAndExports)
+{
+    TempEnv env;
+    const QString a = track(env, "m/a.mp3", "A", "Ay"), b = track(env, "m/b.mp3", "B", "Bee");
+    const QString own = env.path("m/own.m3u"), plain = env.path("m/plain.m3u");
+    writeFile(own, "#ZEVM3U\r\n#ZEVINF:Ann | One | Ay | 01:00\r\n" + a.toUtf8() + "\r\n"
+                   "#ZEVINF:Gone | X | Y | 02:00\r\n" + env.path("m/gone.mp3").toUtf8() + "\r\n");
+    writeFile(plain, "#EXTM3U\r\n#EXTINF:1,ignored\r\nb.mp3\r\n");
+    QDir().mkpath(env.path("out"));
+
+    const CliRun r = runCli({"playlist", own, "--merge", plain, "--save", env.path("saved.m3u"), "--export", env.path("out")});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    // The missing file kept its row: the rows and the paths part from there.
+    EXPECT_EQ(r.out, (QStringList{"1\tAnn\tOne\tAy\t01:00\t" + a, "2\tGone\tX\tY\t02:00\t" + b,
+                                  "3\tB\tAlbum\tBee\t00:00\t", "count\t2"}));
+    const QByteArray saved = "#ZEVM3U\r\n#ZEVINF:Ann | One | Ay | 01:00\r\n" + a.toUtf8()
+        + "\r\n#ZEVINF:Gone | X | Y | 02:00\r\n" + b.toUtf8() + "\r\n";
+    EXPECT_EQ(readFile(env.path("saved.m3u")), saved);
+    EXPECT_EQ(readFile(own), saved);  // a merge saves the current list, as the window does
+    EXPECT_EQ(entries(env.path("out")), (QStringList{"a.mp3", "b.mp3"}));
+}
+
+TEST(CliPlaylist, BadInputLoadsTheGoodEntriesAndWritesNothing)
+{
+    TempEnv env;
+    const QString good = track(env, "bad/good.mp3", "G", "Good");
+    QDir().mkpath(env.path("bad/folder.mp3"));
+    QByteArray noise;
+    for (int i = 0; i < 2000; ++i)
+        noise += char(i * 131 % 256);
+    const QString list = env.path("bad/list.m3u");
+    writeFile(list, noise + "\r\n" + QByteArray(2 << 20, 'x') + "\r\nhttp://h/x.mp3\r\nfolder.mp3\r\nmissing.mp3\r\n"
+                        "\xff\xfe.mp3\r\ngood.mp3\r\n");
+    const QStringList before = entries(env.path("bad"));
+    const CliRun r = runCli({"playlist", list});
+    ASSERT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.out, (QStringList{"1\tG\tAlbum\tGood\t00:00\t" + good, "count\t1"}));
+    EXPECT_EQ(entries(env.path("bad")), before);
+
+    EXPECT_EQ(runCli({"playlist", env.path("bad/none.m3u")}).exitCode, 1);
+    EXPECT_EQ(runCli({"playlist", good}).exitCode, 1);
+    EXPECT_EQ(runCli({"playlist"}).exitCode, 2);
+    EXPECT_EQ(runCli({"playlist", list, "--save"}).exitCode, 2);
+    EXPECT_EQ(runCli({"playlist", list, "--shuffle", "x"}).exitCode, 2);
+}
+
+TEST(CliQueue, RunsTheMenuCommandsOnLibraryRows)
+{
+    TempEnv env;
+    track(env, "m/x2.mp3", "Abba", "Second", "Gold", "2");
+    track(env, "m/x1.mp3", "Abba", "First", "Gold", "1");
+    track(env, "m/z.mp3", "Zappa", "Peaches", "Hot Rats", "1");
+    auto row = [&](const char* artist, const char* title, const char* file, const char* album, const char* number) {
+        TrackRow t = makeTrack(artist, title, env.path("m"), file, album);
+        t[ColTrack] = number;
+        return t;
+    };
+    const QString vkt = LibraryMaker(env.paths(), env.path("Music.vkt"))
+                            .track(row("Abba", "Second", "x2.mp3", "Gold", "02"))
+                            .track(row("Abba", "First", "x1.mp3", "Gold", "01"))
+                            .track(row("Zappa", "Peaches", "z.mp3", "Hot Rats", "01"))
+                            .track(row("Zappa", "Gone", "gone.mp3", "Hot Rats", "02"))
+                            .write().vkt;
+    const CliRun album = runCli({"queue", vkt, "album-play", "2"});
+    ASSERT_EQ(album.exitCode, 0) << album.err.toStdString();
+    EXPECT_EQ(album.out, (QStringList{"1\tAbba\tGold\tFirst\t03:25\t" + env.path("m/x1.mp3"),
+                                      "2\tAbba\tGold\tSecond\t03:25\t" + env.path("m/x2.mp3"), "count\t2", "order\t1 2"}));
+
+    const CliRun all = runCli({"queue", vkt, "all-play"});
+    ASSERT_EQ(all.exitCode, 0);
+    EXPECT_EQ(all.out.size(), 5);  // three good rows, the count, the order
+    const QStringList order = all.out.last().mid(6).split(' ');
+    EXPECT_EQ(QStringList(order).filter(QRegularExpression("^[123]$")).size(), 3);
+    EXPECT_NE(order.last(), "3");  // the third entry never takes the last slot
+
+    // The row of the vanished file, in the order "open" prints.
+    const QStringList rows = runCli({"open", vkt}).out;
+    const int gone = rows.indexOf(QRegularExpression(".*\tgone\\.mp3\t.*")) + 1;
+    ASSERT_GT(gone, 0);
+    const CliRun missing = runCli({"queue", vkt, "track-add", QString::number(gone)});
+    EXPECT_EQ(missing.exitCode, 0);
+    EXPECT_EQ(missing.out, (QStringList{"count\t0", "order\t"}));
+    ASSERT_EQ(missing.json.size(), 1u);
+    EXPECT_EQ(missing.json[0]["title"].toString(), "File not found");
+
+    EXPECT_EQ(runCli({"queue", vkt, "shuffle"}).exitCode, 2);
+    EXPECT_EQ(runCli({"queue", vkt, "track-add", "9"}).exitCode, 2);
+    EXPECT_EQ(runCli({"queue", env.path("none.vkt"), "all-play"}).exitCode, 1);
+}
+
+TEST(CliDups, PrintsGroupsAndRemovesAsTheWindowDoes)
+{
+    TempEnv env;
+    const QString a = track(env, "d/a.mp3", "A", "T"), b = track(env, "d/b.mp3", "A", "T");
+    const QString c = track(env, "d/c.mp3", "B", "T"), d = track(env, "d/d.mp3", "A", "T");
+    const QString list = env.path("d/list.m3u");
+    writeFile(list, "a.mp3\r\nb.mp3\r\nc.mp3\r\nd.mp3\r\n");
+
+    const CliRun groups = runCli({"dups", list});
+    ASSERT_EQ(groups.exitCode, 0);
+    EXPECT_EQ(groups.out, QStringList{"1\tT\tA\t1,2,4"});
+
+    const CliRun refused = runCli({"dups", list, "--remove", "1", "2", "4"});
+    ASSERT_EQ(refused.exitCode, 0);
+    ASSERT_EQ(refused.json.size(), 1u);
+    EXPECT_EQ(refused.json[0]["title"].toString(), "Can't remove all tracks");
+    EXPECT_EQ(refused.out.last(), "count\t4");
+
+    const CliRun removed = runCli({"dups", list, "--remove", "2", "4"});
+    ASSERT_EQ(removed.exitCode, 0);
+    EXPECT_EQ(removed.out, (QStringList{"1\tT\tA\t1,2,4", "1\tA\tAlbum\tT\t00:00\t" + a, "2\tB\tAlbum\tT\t00:00\t" + c,
+                                        "count\t2"}));
+    ASSERT_EQ(removed.json.size(), 1u);
+    EXPECT_EQ(removed.json[0]["title"].toString(), "Scan Result");
+    EXPECT_EQ(readFile(list), "a.mp3\r\nb.mp3\r\nc.mp3\r\nd.mp3\r\n");
+
+    EXPECT_EQ(runCli({"dups", list, "--remove", "3"}).exitCode, 2);  // in no group
+    EXPECT_EQ(runCli({"dups", list, "--remove"}).exitCode, 2);
+    EXPECT_EQ(runCli({"dups", env.path("d/none.m3u")}).exitCode, 1);
+}
