@@ -32,6 +32,12 @@ bool isTagVerb(const QString& verb)
     return false;
 }
 
+// Verbs whose input boxes take their texts from --answers.
+bool takesTypedAnswers(const QString& verb)
+{
+    return verb == QLatin1String("play");
+}
+
 // The folder of the running program, as the application object would tell it.
 QString programFolder()
 {
@@ -66,11 +72,9 @@ bool takeGlobalOptions(QStringList& args, CliUi& ui, QString& problem)
             return problem.isEmpty();
         };
         if (takeValue(QStringLiteral("--answers"))) {
-            for (const QString& v : value.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
-                if (!checked(v))
-                    return false;
+            // Checked once the verb is known: input boxes take any text.
+            for (const QString& v : value.split(QLatin1Char(','), Qt::SkipEmptyParts))
                 ui.answers.push_back(v);
-            }
         } else if (takeValue(QStringLiteral("--answer"))) {
             if (!checked(value))
                 return false;
@@ -103,6 +107,14 @@ int main(int argc, char** argv)
         return usage();
     }
     const QString verb = args.takeFirst();
+    if (!takesTypedAnswers(verb)) {
+        for (const QString& v : ui.answers) {
+            if (!isAnswerWord(v)) {
+                reportError(QStringLiteral("\"%1\" is no answer: give yes, no, ok or cancel").arg(v));
+                return usage();
+            }
+        }
+    }
     for (const CommandEntry& e : commands()) {
         if (e.verb != verb)
             continue;

@@ -147,11 +147,15 @@ void Player::Play_Track()
         return;
     }
 
-    bool ok = index <= s.Play_List.count();
+    // A foreign playlist starts playing before its rows are read: the
+    // track plays without its row, which the loading fills in afterwards.
+    const bool hasRow = index <= s.Play_List.count();
+    const PlayRow noRow{};
+    const PlayRow& row = hasRow ? s.Play_List.row(index - 1) : noRow;
+    bool ok = true;
     QString name;
-    if (ok) {
+    {
         PlayFind(index);
-        const PlayRow& row = s.Play_List.row(index - 1);
         s.Now_Artist = row[PlayArtist];
         s.Now_Album = row[PlayAlbum];
         s.Time_Total = row[PlayTime];
@@ -189,7 +193,6 @@ void Player::Play_Track()
     s.Auto_Next = false;
     s.Now_File = target;
     s.Now_Source = source;
-    const PlayRow& row = s.Play_List.row(index - 1);
     c_.view.trackStarted(TrackStart{s.PlayList_Pos, index, source, target, row[PlayArtist], row[PlayAlbum],
                                     row[PlayTitle], s.Time_Slider_Max, false});
 }
