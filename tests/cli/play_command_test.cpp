@@ -112,6 +112,11 @@ TEST_F(PlayCommandTest, ShuffledListLoopsUntilTheSecondsAreOver)
                                               QString("start %1 Play02.mp3").arg(second), QString("end %1").arg(second),
                                               QString("start %1 Play01.mp3").arg(first)}));
 
+    // A plain list starts playing before its rows are read from the tags.
+    writeFile(env_.path("plain.m3u"), "a.mp3\r\n" + two.toUtf8() + "\r\n");
+    EXPECT_EQ(play({env_.path("plain.m3u")}).story,
+              QStringList({"start 1 Play01.mp3", "end 1", "start 2 Play02.mp3", "end 2", "stop"}));
+
     const PlayRun cut = play({"--seconds", "1", mp3("long.mp3", 3.0)});
     EXPECT_EQ(cut.story, QStringList({"start 1 Play01.mp3", "stop"})) << "stopped before its end";
 }
