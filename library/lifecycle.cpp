@@ -8,6 +8,7 @@
 #include "library/open_library.h"
 #include "library/refresh.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/helpers.h"
 #include "shell/ini_file.h"
 #include "shell/settings_families.h"
@@ -55,8 +56,7 @@ QString chooseBackupFolder(LibraryContext& c)
 
 bool createEmpty(const QString& path)
 {
-    QFile f(path);
-    return f.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    return Write_File_Durably(path, QByteArray());
 }
 
 void deleteLibraryFiles(const QString& vkt)

@@ -89,14 +89,18 @@ bool Add_MP3(LibraryContext& c, const QString& path)
 {
     TrackRow row;
     Track_Fields_From_File(c, path, row);
+    const int slotsBefore = c.lib.ID_COUNT;
     row[ColID] = Get_ID(c);
     const int id = Track_ID_Of(row[ColID]);
+    // A free slot is filled where it stands, the highest one too; only a new
+    // slot is appended.
+    const bool newSlot = c.lib.ID_COUNT > slotsBefore;
     bool stored = false;
     if (id > 0) {
         const QString text = Join_Track_Record(row);
         // The record writers make their five attempts each.
         stored = !c.lib.failAt("add-record")
-                 && (id < c.lib.ID_COUNT ? Replace_Track_Record(c, id, text) : Append_Track_Record(c, id, text));
+                 && (newSlot ? Append_Track_Record(c, id, text) : Replace_Track_Record(c, id, text));
     }
     if (stored) {
         Add_Row_To_Search(c, row);
@@ -105,7 +109,7 @@ bool Add_MP3(LibraryContext& c, const QString& path)
         return true;
     }
     if (id > 0) {
-        if (id < c.lib.ID_COUNT) {
+        if (!newSlot) {
             c.lib.Free_IDs.push_back(id);
             Write_IDfile(c);
         } else {

@@ -69,33 +69,12 @@ void recordFailure(LibraryContext& c, const QString& what, const QString& oldPat
                  QStringLiteral("Library file update failure"), Buttons::Ok, Icon::Warning);
 }
 
-constexpr size_t kBatchRows = 500;
-
-void flushBatch(LibraryContext& c)
-{
-    LibraryState::RecordBatch& b = c.lib.recordBatch;
-    if (b.records.empty())
-        return;
-    if (c.lib.failAt("move-record") || !Replace_Track_Records(c, b.records))
-        recordFailure(c, b.firstWhat, b.firstOldPath);
-    b.records.clear();
-}
-
 // Stores the row's record and points the playlist's first entry of the old
 // path at the new one.
 void storeRow(LibraryContext& c, int index, const QString& oldPath, const QString& newPath, const QString& what)
 {
     const TrackRow& row = c.lib.MP3_List.row(index);
-    LibraryState::RecordBatch& b = c.lib.recordBatch;
-    if (b.active) {
-        if (b.records.empty()) {
-            b.firstWhat = what;
-            b.firstOldPath = oldPath;
-        }
-        b.records[Track_ID_Of(row[ColID])] = Join_Track_Record(row);
-        if (b.records.size() >= kBatchRows)
-            flushBatch(c);
-    } else if (c.lib.failAt("move-record")
+    if (c.lib.failAt("move-record")
                || !Replace_Track_Record(c, Track_ID_Of(row[ColID]), Join_Track_Record(row))) {
         recordFailure(c, what, oldPath);
     }
@@ -163,7 +142,6 @@ bool Rename_Track(LibraryContext& c, int index)
         // same row for the Track command, would blank the record of a row
         // that stays when Selection, Album or All replace a file, and the
         // next import would hand that row's ID out again.)
-        flushBatch(c);  // the slots as the list knows them before one goes
         if (Remove_Track_Record(c, Track_ID_Of(list.field(index, ColID)))) {
             list.removeAt(index);
             Write_Album_Count(c);
@@ -228,13 +206,13 @@ bool Relocate_Track(LibraryContext& c, int index, bool tidy)
 
 void Begin_Record_Batch(LibraryContext& c)
 {
-    c.lib.recordBatch.active = true;
+    c.lib.records = {};
+    c.lib.records.active = true;
 }
 
 void End_Record_Batch(LibraryContext& c)
 {
-    flushBatch(c);
-    c.lib.recordBatch.active = false;
+    c.lib.records = {};
 }
 
 }  // namespace sonorit

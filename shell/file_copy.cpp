@@ -2,8 +2,8 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
+#include "durable_file.h"
 #include "ui_port.h"
 
 #include <cerrno>
@@ -33,8 +33,9 @@ bool copyFileKeepingTime(const QString& source, const QString& target)
     if (!in.open(QIODevice::ReadOnly))
         return false;
     const QDateTime modified = QFileInfo(in).lastModified();
-    QSaveFile out(target);
-    if (!out.open(QIODevice::WriteOnly))
+    DurableFile out(target);
+    out.keepPermissionsOf(source);
+    if (!out.open())
         return false;
     if (!copyBlocks(in, out, in.size())) {
         out.cancelWriting();
