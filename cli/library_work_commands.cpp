@@ -9,7 +9,9 @@
 #include <optional>
 
 #include "cli/cli_context.h"
+#include "library/library_lock.h"
 #include "library/lifecycle.h"
+#include "shell/ini_file.h"
 #include "library/naming_commands.h"
 #include "library/refresh.h"
 #include "library/sort_library.h"
@@ -52,6 +54,15 @@ int onLibrary(CliContext& c, const QString& vkt, Lengths lengths, const std::fun
     std::optional<DecoderLengths> decoder;
     if (lengths == Lengths::Decoder)
         decoder.emplace(c.lib);
+    // The lock is held from before the library is read until the command
+    // ends, so that a second writer neither reads a half-changed library nor
+    // overwrites what this one wrote.
+    LibraryLock lock;
+    const QString trackfile = IniFile(absolute(vkt)).read(QStringLiteral("GENERAL"), QStringLiteral("ALBUMLIB_NAME"), {});
+    if (!trackfile.isEmpty() && !lock.acquire(trackfile)) {
+        reportError(Library_In_Use_Text());
+        return int(ExitFailed);
+    }
     if (const int rc = openLibrary(c, vkt); rc != ExitOk)
         return rc;
     LibraryContext lc = c.library();

@@ -57,6 +57,14 @@ struct LibraryState {
         QByteArray image;
     } records;
 
+    // The Trackfile as this program last read or wrote it, so that a change
+    // made meanwhile by another program is noticed before the next one.
+    struct Seen {
+        bool valid = false;
+        quint64 inode = 0;
+        qint64 size = 0, mtime = 0;
+    } seen;
+
     int Free_ID_Count() const { return static_cast<int>(Free_IDs.size()); }
     bool failAt(const char* step) const { return faults && faults->fail(step); }
 };

@@ -1,9 +1,11 @@
 #include "open_library.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include "library/library_lock.h"
 #include "library/slots.h"
 #include "library/sort_library.h"
 #include "library/trackfile.h"
@@ -60,6 +62,7 @@ void forgetLibrary(LibraryContext& c)
     c.lib.ID_COUNT = 0;
     c.lib.Free_IDs.clear();
     c.lib.lastRecord = {};
+    c.lib.seen = {};
 }
 
 void failureOfOpen(LibraryContext& c, OpenVia via)
@@ -229,6 +232,22 @@ void cutOldTail(LibraryContext& c, qint64 end)
         Sync_Written(f.handle());
 }
 
+// What a killed program left: half-written successors of library files and
+// copies (each is locked while written, so a live one stays), and the work
+// files of tag writes and sorts once nobody has touched them for a minute.
+void removeLeftovers(LibraryContext& c)
+{
+    Remove_Partial_Files(c.app.Data_Folder());
+    Remove_Partial_Files(c.app.Quarantaine_Folder);
+    const QDateTime minuteAgo = QDateTime::currentDateTime().addSecs(-60);
+    for (const char* name : {"Temp.mp3", "TempTrack.bak", "TempTrack.000", "TempID.bak"}) {
+        const QString path = c.app.Data_Folder() + QLatin1String(name);
+        const QFileInfo info(path);
+        if (info.isFile() && info.lastModified() < minuteAgo)
+            QFile::remove(path);
+    }
+}
+
 }  // namespace
 
 void Close_Library(LibraryContext& c)
@@ -266,6 +285,7 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     vkt.write(kGeneral, QStringLiteral("LIB_FOLDER"), a.Library_Main_Folder);
     a.Quarantaine_Folder = a.Library_Main_Folder + QStringLiteral("Quarantaine");
     QDir().mkdir(a.Quarantaine_Folder);
+    removeLeftovers(c);
     a.Backup_Folder = vkt.read(kGeneral, QStringLiteral("BAK_FOLDER"), QString());
     if (!a.Backup_Folder.isEmpty()) {
         a.Backup_Folder = Add_Backslash(a.Backup_Folder);
@@ -344,6 +364,7 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     selectFirst(c);
     if (needsSort)
         mnu_Library_Sort(c);
+    Note_Library_Seen(c);
     return true;
 }
 
