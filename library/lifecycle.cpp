@@ -174,7 +174,8 @@ void mnu_Library_Delete(LibraryContext& c)
         const QString name = Get_Path_File(path).chopped(4);
         const QString text = QStringLiteral("Are you sure you want to delete the Library named ") + name
                              + QStringLiteral(" ?") + kCrLf + kCrLf + note;
-        if (c.ui.message(text, QStringLiteral("Delete Libray?"), Buttons::YesNo, Icon::Warning) == Answer::Yes)
+        if (c.ui.question(text, QStringLiteral("Delete Libray?"), Buttons::YesNo, Icon::Warning, Answer::No)
+            == Answer::Yes)
             deleteLibraryFiles(path);
         c.ui.unlockMainWindow();
         return;
@@ -183,7 +184,8 @@ void mnu_Library_Delete(LibraryContext& c)
                          + QStringLiteral("If you delete this Library, the current library will be closed as well.")
                          + kCrLf + kCrLf + QStringLiteral("Are you sure you want to delete the current library?")
                          + kCrLf + kCrLf + note;
-    if (c.ui.message(text, QStringLiteral("Delete current Libray?"), Buttons::YesNo, Icon::Warning) == Answer::Yes) {
+    if (c.ui.question(text, QStringLiteral("Delete current Libray?"), Buttons::YesNo, Icon::Warning, Answer::No)
+        == Answer::Yes) {
         deleteLibraryFiles(path);
         c.lib.search.Start_Search_Lists();
         Close_Library(c);

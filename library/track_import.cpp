@@ -57,9 +57,9 @@ void placeTrack(LibraryContext& c, int row)
 // afterwards; `row` receives its row.
 bool targetExists(LibraryContext& c, const QString& source, const QString& target, int* row)
 {
-    const Answer answer = c.ui.message(QStringLiteral("Following track allready exists in the library:") + kCrLf
+    const Answer answer = c.ui.question(QStringLiteral("Following track allready exists in the library:") + kCrLf
                                            + target + kCrLf + QStringLiteral("Overwrite this file?"),
-                                       QStringLiteral("File exists"), Buttons::YesNo, Icon::Question);
+                                       QStringLiteral("File exists"), Buttons::YesNo, Icon::Question, Answer::No);
     if (answer == Answer::Yes) {
         QFile::remove(target);
         copyIntoQuarantaine(c, source, target);

@@ -98,8 +98,8 @@ bool maybeSameFile(const QString& a, const QString& b)
 
 bool confirmReplacement(LibraryContext& c, const QString& path)
 {
-    return c.ui.message(path + QStringLiteral(" exists.") + kLfCr + QStringLiteral("Do you want to replace this file?"),
-                        QStringLiteral("Confirm replacement"), Buttons::YesNo, Icon::Question)
+    return c.ui.question(path + QStringLiteral(" exists.") + kLfCr + QStringLiteral("Do you want to replace this file?"),
+                         QStringLiteral("Confirm replacement"), Buttons::YesNo, Icon::Question, Answer::No)
            == Answer::Yes;
 }
 
