@@ -1,6 +1,7 @@
 #include "track_moves.h"
 
 #include <QDir>
+#include <algorithm>
 #include <QFile>
 #include <sys/stat.h>
 
@@ -151,11 +152,15 @@ void storeRow(LibraryContext& c, int index, const QString& oldPath, const QStrin
 // Any failure ends this in silence.
 void tidyUp(const QString& oldFolder, const QString& newFolder, const QString& mainFolder)
 {
+    // The cover names match without regard to case, as on the disks they
+    // often come from; a cover keeps its spelling.
+    const QStringList oldFiles = QDir(oldFolder).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    const QStringList newFiles = QDir(newFolder).entryList(QDir::Files | QDir::Hidden | QDir::System);
     for (const char* cover : {"Folder.jpg", "AlbumArtSmall.jpg"}) {
-        const QString from = Add_Backslash(oldFolder) + QLatin1String(cover);
-        const QString to = Add_Backslash(newFolder) + QLatin1String(cover);
-        if (File_Exists(from) && !File_Exists(to))
-            moveFile(from, to);
+        const auto named = [cover](const QString& f) { return f.compare(QLatin1String(cover), Qt::CaseInsensitive) == 0; };
+        const auto from = std::find_if(oldFiles.begin(), oldFiles.end(), named);
+        if (from != oldFiles.end() && std::none_of(newFiles.begin(), newFiles.end(), named))
+            moveFile(Add_Backslash(oldFolder) + *from, Add_Backslash(newFolder) + *from);
     }
     QString folder = oldFolder;
     while (folder.size() + 1 > mainFolder.size() && Add_Backslash(folder).startsWith(mainFolder)
