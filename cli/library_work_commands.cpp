@@ -82,16 +82,28 @@ const CliCommand newCommand("new", "new LIB.vkt", [](CliContext& c, const QStrin
     const QString vkt = absolute(args[0]);
     if (!vkt.endsWith(QLatin1String(".vkt")))
         return usageError(QStringLiteral("a library file name ends in .vkt: ") + vkt);
+    if (QFileInfo(vkt).exists() && !QFileInfo(vkt).isFile())
+        return usageError(QStringLiteral("a library file is a regular file, not this: ") + vkt);
     DecoderLengths decoder(c.lib);
     // Then the Main Folder and, if asked for, the Backup folder from --dialog.
     answerNextDialog(c, vkt);
     // Both folder choices come before the Trackfile is made: a library given
     // up there is only its unfinished .vkt file, which goes.
-    c.ui.beforeGivingUp = [vkt] { QFile::remove(vkt); };
+    // A library given up on leaves nothing: its .vkt and the empty
+    // Trackfile and IDfile this run made.
+    const auto leaveNothing = [&c, vkt] {
+        QFile::remove(vkt);
+        for (const QString& file : {c.app.Trackfile, c.app.IDfile}) {
+            if (!file.isEmpty() && QFileInfo(file).isFile() && QFileInfo(file).size() == 0)
+                QFile::remove(file);
+        }
+    };
+    c.ui.beforeGivingUp = leaveNothing;
     LibraryContext lc = c.library();
     mnu_Library_New(lc);
-    if (c.app.Library_File != vkt || !File_Exists(vkt) || !File_Exists(c.app.Trackfile)) {
+    if (c.app.Library_File != vkt || !QFileInfo(vkt).isFile() || !File_Exists(c.app.Trackfile)) {
         reportError(QStringLiteral("the library could not be created: ") + vkt);
+        leaveNothing();
         return int(ExitFailed);
     }
     printRows(c.lib.MP3_List);

@@ -281,6 +281,14 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     a.settings.SaveSetting(QStringLiteral("Folders"), QStringLiteral("Album"), a.Library_Data_Folder);
 
     const IniFile vkt(path);
+    // Only a regular file is a library file: nothing is read from or written
+    // over a folder, a pipe or a device of that name.
+    if (!QFileInfo(path).isFile()) {
+        failureOfOpen(c, via);
+        if (via == OpenVia::Menu)
+            selectFirst(c);
+        return false;
+    }
     a.Library_Main_Folder = Add_Backslash(vkt.read(kGeneral, QStringLiteral("LIB_FOLDER"), a.paths.Music_Folder));
     vkt.write(kGeneral, QStringLiteral("LIB_FOLDER"), a.Library_Main_Folder);
     a.Quarantaine_Folder = a.Library_Main_Folder + QStringLiteral("Quarantaine");

@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QUtf8StringView>
+#include <dirent.h>
 #include <sys/stat.h>
 
 #include "library/refresh.h"
@@ -87,6 +89,13 @@ bool targetExists(LibraryContext& c, const QString& source, const QString& targe
 
 bool Add_MP3(LibraryContext& c, const QString& path)
 {
+    // A "|" in the path would split the record into more fields than a
+    // track has: such a file is left out rather than stored broken.
+    if (path.contains(QLatin1Char('|'))) {
+        c.ui.message(Get_Path_File(path) + QStringLiteral(" failed on importing to the Library."),
+                     QStringLiteral("Add MP3 Error"), Buttons::Ok, Icon::None);
+        return false;
+    }
     TrackRow row;
     Track_Fields_From_File(c, path, row);
     const int slotsBefore = c.lib.ID_COUNT;
@@ -172,6 +181,21 @@ QStringList Mp3_Files(const QString& folder)
 {
     // "*.mp3" matches without regard to case, as it did on the original platform.
     return QDir(folder).entryList({QStringLiteral("*.mp3")}, QDir::Files, QDir::Name | QDir::IgnoreCase);
+}
+
+QStringList Undecodable_Names(const QString& folder)
+{
+    QStringList names;
+    DIR* dir = ::opendir(QFile::encodeName(folder).constData());
+    if (!dir)
+        return names;
+    while (const dirent* e = ::readdir(dir)) {
+        const QByteArray name(e->d_name);
+        if (!QUtf8StringView(name).isValidUtf8())
+            names << QString::fromUtf8(name);
+    }
+    ::closedir(dir);
+    return names;
 }
 
 bool VisitedFolders::enter(const QString& folder)
