@@ -72,6 +72,14 @@ int onLibrary(CliContext& c, const QString& vkt, Lengths lengths, const std::fun
     return ExitOk;
 }
 
+// The import mode of the settings (copy or move), as the window program
+// reads it at start.
+void readImportMode(CliContext& c)
+{
+    c.app.Import_Mode = static_cast<int>(Val(c.app.settings.GetSetting(QStringLiteral("Import"), QStringLiteral("Mode"),
+                                                                       QStringLiteral("0"))));
+}
+
 // The file or folder the command names answers the dialog the flow opens
 // first, ahead of the --dialog values.
 void answerNextDialog(CliContext& c, const QString& value) { c.ui.dialogs.push_front(value); }
@@ -113,6 +121,7 @@ const CliCommand newCommand("new", "new LIB.vkt", [](CliContext& c, const QStrin
 const CliCommand addCommand("add", "add LIB.vkt FILE...", [](CliContext& c, const QStringList& args) {
     if (args.size() < 2)
         return int(ExitUsage);
+    readImportMode(c);
     return onLibrary(c, args[0], Lengths::Decoder, [&](LibraryContext& lc) {
         for (const QString& file : args.mid(1)) {
             const QString path = absolute(file);
@@ -133,6 +142,7 @@ int scanCommand(CliContext& c, const QStringList& args, void (*scan)(LibraryCont
     const QString folder = absolute(args[1]);
     if (!QFileInfo(folder).isDir())
         return usageError(QStringLiteral("not a folder: ") + folder);
+    readImportMode(c);
     return onLibrary(c, args[0], Lengths::Decoder, [&](LibraryContext& lc) {
         answerNextDialog(c, folder);
         scan(lc);
