@@ -6,6 +6,8 @@
 #include <functional>
 
 #include "library/sort_library.h"
+#include "library/track_import.h"
+#include "tests/support/tagged_mp3.h"
 #include "library/trackfile.h"
 #include "library_fixture.h"
 
@@ -245,4 +247,30 @@ TEST(SortLibrary, RewritesInListOrderOrLeavesTheFilesAlone)
     EXPECT_EQ(f.idfile(), QByteArray());
     EXPECT_EQ(f.counts(), "3 of 3");
     EXPECT_TRUE(f.temps().isEmpty());
+}
+
+TEST(OpenLibrary, OnlyIdCountRecordsAreReadAndAFreeHighestSlotIsFilledWhereItStands)
+{
+    // A rewrite on the other platform left an old record behind the last slot.
+    LibraryFixture f;
+    f.maker.track(makeTrack("A", "a", "/m", "1.mp3")).track(makeTrack("Ghost", "g", "/m", "2.mp3"))
+        .key("ID_COUNT", "1").key("ALBUM_COUNT", "1");
+    ASSERT_TRUE(f.open());
+    EXPECT_EQ(f.column(ColFilename), QStringList{"1.mp3"});
+    EXPECT_FALSE(f.ui.events.contains(kSorting));
+    EXPECT_EQ(f.trackfile(), f.listAsTrackfile());  // the tail is cut, so slot 2 appends right behind slot 1
+
+    // The highest slot is free and in the IDfile: an import fills it in place
+    // instead of appending a second record with its tag.
+    LibraryFixture g;
+    g.maker.track(makeTrack("A", "a", "/m", "1.mp3")).freeSlot();
+    ASSERT_TRUE(g.open());
+    ASSERT_EQ(g.lib.Free_IDs, std::vector<std::int32_t>{2});
+    const QString mp3 = g.env.path("in/new.mp3");
+    ASSERT_TRUE(writeTaggedMp3(mp3, {"B", "b", "2", "New"}));
+    ASSERT_TRUE(Add_MP3(g.ctx, mp3));
+    EXPECT_EQ(g.column(ColID), (QStringList{"TRACK 1", "TRACK 2"}));
+    EXPECT_EQ(g.trackfile().count("TRCK000002"), 1);
+    EXPECT_EQ(g.trackfile(), g.listAsTrackfile());
+    EXPECT_EQ(g.counts(), "2 of 2");
 }
