@@ -11,6 +11,7 @@
 #include "cli/cli_context.h"
 #include "library/library_lock.h"
 #include "library/lifecycle.h"
+#include "shell/durable_file.h"
 #include "shell/ini_file.h"
 #include "library/naming_commands.h"
 #include "library/refresh.h"
@@ -123,6 +124,7 @@ const CliCommand addCommand("add", "add LIB.vkt FILE...", [](CliContext& c, cons
         return int(ExitUsage);
     readImportMode(c);
     return onLibrary(c, args[0], Lengths::Decoder, [&](LibraryContext& lc) {
+        const SyncBatch syncs;  // the imports' small writes are synced together
         for (const QString& file : args.mid(1)) {
             const QString path = absolute(file);
             // The menu command passes over such a file without a word.

@@ -10,6 +10,7 @@
 #include "library/track_import.h"
 #include "library/trackfile.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/file_stamp.h"
 #include "shell/helpers.h"
 #include "shell/ui_port.h"
@@ -309,6 +310,7 @@ void finish(Refresh& r, const QString& remembered)
 
 RefreshCounts mnu_Library_Refresh(LibraryContext& c)
 {
+    const SyncBatch syncs;  // many small writes: synced together, not one by one
     TrackList& list = c.lib.MP3_List;
     const QString remembered = list.selected() >= 0 ? list.field(list.selected(), ColFilename) : QString();
     sortListByPlace(list);

@@ -12,6 +12,7 @@
 #include "library/track_moves.h"
 #include "library/trackfile.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/file_copy.h"
 #include "shell/helpers.h"
 #include "shell/ui_port.h"
@@ -283,7 +284,17 @@ void scan(LibraryContext& c, bool tree)
 
 }  // namespace
 
-void mnu_Library_Scan_Folder(LibraryContext& c) { scan(c, false); }
-void mnu_Library_Scan_Tree(LibraryContext& c) { scan(c, true); }
+// Many small writes: synced together, not one by one.
+void mnu_Library_Scan_Folder(LibraryContext& c)
+{
+    const SyncBatch syncs;
+    scan(c, false);
+}
+
+void mnu_Library_Scan_Tree(LibraryContext& c)
+{
+    const SyncBatch syncs;
+    scan(c, true);
+}
 
 }  // namespace sonorit

@@ -9,6 +9,7 @@
 #include "library/slots.h"
 #include "library/trackfile.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/file_copy.h"
 #include "shell/file_stamp.h"
 #include "shell/helpers.h"
@@ -278,11 +279,13 @@ void Begin_Record_Batch(LibraryContext& c)
 {
     c.lib.records = {};
     c.lib.records.active = true;
+    Begin_Sync_Batch();
 }
 
 void End_Record_Batch(LibraryContext& c)
 {
     c.lib.records = {};
+    End_Sync_Batch();
 }
 
 }  // namespace sonorit

@@ -68,7 +68,7 @@ bool writeInPlace(LibraryContext& c, qint64 at, const QByteArray& record)
     if (!f.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) || c.lib.failAt("write-record") || !f.seek(at)
         || f.write(record) != record.size() || !f.flush())
         return false;
-    return Sync_Written(f.handle());
+    return Sync_Written_Or_Defer(f.handle(), c.app.Trackfile);
 }
 
 // One attempt of a rewrite of some slots. The successor is built in memory
@@ -172,7 +172,7 @@ InPlace replaceLastRecord(LibraryContext& c, int id, const QByteArray& record)
         return InPlace::NotApplicable;
     const bool ok = f.resize(last.offset) && f.seek(last.offset) && !c.lib.failAt("write-record")
                     && f.write(record) == record.size() && f.flush()
-                    && Sync_Written(f.handle());
+                    && Sync_Written_Or_Defer(f.handle(), c.app.Trackfile);
     if (ok) {
         c.lib.lastRecord.size = record.size();
         return InPlace::Done;
@@ -274,7 +274,7 @@ bool Append_Track_Record(LibraryContext& c, int id, const QString& text)
         const qint64 half = record.size() / 2;
         const bool ok = f.seek(oldSize) && f.write(record.constData(), half) == half && !c.lib.failAt("append")
                         && f.write(record.constData() + half, record.size() - half) == record.size() - half
-                        && f.flush() && Sync_Written(f.handle());
+                        && f.flush() && Sync_Written_Or_Defer(f.handle(), c.app.Trackfile);
         if (ok) {
             c.lib.lastRecord = {id, oldSize, record.size()};
             return true;

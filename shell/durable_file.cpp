@@ -2,7 +2,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QElapsedTimer>
 #include <QFileInfo>
+#include <set>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +18,30 @@ namespace sonorit {
 
 namespace {
 constexpr qint64 kBufferSize = 1 << 16;
+constexpr qint64 kBatchSyncMs = 200;
+
+struct Batch {
+    int depth = 0;
+    QElapsedTimer sinceSync;
+    std::set<QString> pending;  // files written and not yet synced
+};
+
+Batch& batch()
+{
+    static Batch b;
+    return b;
+}
+
+// Whether the sync asked for now may wait: inside a batch whose last sync
+// was recent.
+bool deferNow()
+{
+    Batch& b = batch();
+    const bool defer = b.depth > 0 && b.sinceSync.isValid() && b.sinceSync.elapsed() < kBatchSyncMs;
+    if (b.depth > 0 && !defer)
+        b.sinceSync.restart();
+    return defer;
+}
 const QString kMark = QStringLiteral(".sonorit-partial-");
 
 QString systemText(int error) { return QString::fromLocal8Bit(std::strerror(error)); }
@@ -93,12 +119,13 @@ bool DurableFile::commit()
     if (fd_ < 0)
         return false;
     bool ok = failure_.isEmpty() && flushBuffer();
+    const bool deferred = mayDefer_ && deferNow();
     if (ok) {
         struct stat st {};
         const QByteArray like = QFile::encodeName(permissionsOf_.isEmpty() ? target_ : permissionsOf_);
         const mode_t mode = ::stat(like.constData(), &st) == 0 ? (st.st_mode & 07777) : defaultMode();
         ::fchmod(fd_, mode);
-        ok = Sync_Written(fd_) || fail(errno);
+        ok = deferred || Sync_Written(fd_) || fail(errno);
     }
     const int fd = fd_;
     fd_ = -1;
@@ -113,7 +140,10 @@ bool DurableFile::commit()
         ::unlink(temp_.constData());
         return false;
     }
-    Sync_Folder_Of(target_);
+    if (deferred)
+        batch().pending.insert(target_);
+    else
+        Sync_Folder_Of(target_);
     temp_.clear();
     return true;
 }
@@ -137,6 +167,44 @@ bool Write_File_Durably(const QString& path, const QByteArray& bytes, QString* f
     if (!ok && failure)
         *failure = f.failure();
     return ok;
+}
+
+bool Sync_Written_Or_Defer(int fd, const QString& path)
+{
+    if (deferNow()) {
+        batch().pending.insert(path);
+        return true;
+    }
+    return Sync_Written(fd);
+}
+
+SyncBatch::SyncBatch() { Begin_Sync_Batch(); }
+SyncBatch::~SyncBatch() { End_Sync_Batch(); }
+
+void Begin_Sync_Batch()
+{
+    Batch& b = batch();
+    if (b.depth++ == 0)
+        b.sinceSync.invalidate();  // the first write of a batch syncs
+}
+
+void End_Sync_Batch()
+{
+    Batch& b = batch();
+    if (b.depth == 0 || --b.depth > 0)
+        return;
+    std::set<QString> folders;
+    for (const QString& path : b.pending) {
+        const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+        if (fd >= 0) {
+            Sync_Written(fd);
+            ::close(fd);
+        }
+        folders.insert(QFileInfo(path).absolutePath());
+    }
+    for (const QString& folder : folders)
+        Sync_Folder_Of(folder + QStringLiteral("/x"));
+    b.pending.clear();
 }
 
 bool Sync_Written(int fd)

@@ -20,6 +20,9 @@ public:
     bool isSequential() const override { return true; }
     // Keeps the permission bits of the file it replaces (or of `like`).
     void keepPermissionsOf(const QString& like) { permissionsOf_ = like; }
+    // A file whose sync may wait for the end of a SyncBatch; false for one
+    // whose source is deleted right after (a move across file systems).
+    void setMayDeferSync(bool mayDefer) { mayDefer_ = mayDefer; }
     bool commit();
     void cancelWriting();
 
@@ -40,6 +43,7 @@ private:
     QByteArray temp_;  // encoded name of the file being written
     QByteArray buffer_;
     int fd_ = -1;
+    bool mayDefer_ = true;
     QString failure_;
 };
 
@@ -51,6 +55,26 @@ void Sync_Folder_Of(const QString& path);
 
 // Makes sure what was written to an open file descriptor is on the disk.
 bool Sync_Written(int fd);
+// The same for a file a batch may sync later (see SyncBatch).
+bool Sync_Written_Or_Defer(int fd, const QString& path);
+
+// While a command writes many small changes (an import of many files, a
+// rename of a whole library), a sync to the disk costs a journal commit of
+// milliseconds for each. While a SyncBatch lives, files are synced at most
+// every 200 ms, and every file written meanwhile is synced when it ends.
+// Each write is still complete and checked before it replaces its file, so
+// a killed process leaves every file whole; a power cut may lose the last
+// fraction of a second of changes, never a file.
+class SyncBatch {
+public:
+    SyncBatch();
+    ~SyncBatch();
+    SyncBatch(const SyncBatch&) = delete;
+    SyncBatch& operator=(const SyncBatch&) = delete;
+};
+// The same without a scope; each Begin needs its End.
+void Begin_Sync_Batch();
+void End_Sync_Batch();
 
 // The hidden names DurableFile writes under carry this mark; a leftover of a
 // killed process is removed by Remove_Partial_Files.

@@ -47,10 +47,8 @@ bool Swap_In(const QString& temp, const QString& path, UiPort& ui)
             break;
         ui.yield();
     }
-    if (error != EXDEV || !copyFileKeepingTime(temp, dest))
-        return false;
-    deleteUntilGone(temp, &ui, kTries);
-    return true;
+    // Across file systems the copy is on the disk before the temporary goes.
+    return error == EXDEV && moveFile(temp, dest);
 }
 }  // namespace
 
