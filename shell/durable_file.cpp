@@ -193,17 +193,21 @@ void End_Sync_Batch()
     Batch& b = batch();
     if (b.depth == 0 || --b.depth > 0)
         return;
+    // One sync of each file system written to puts every pending file and
+    // name on the disk at once, where a sync per file would cost a journal
+    // commit each.
     std::set<QString> folders;
-    for (const QString& path : b.pending) {
-        const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-        if (fd >= 0) {
-            Sync_Written(fd);
-            ::close(fd);
-        }
+    for (const QString& path : b.pending)
         folders.insert(QFileInfo(path).absolutePath());
+    std::set<dev_t> synced;
+    for (const QString& folder : folders) {
+        const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        struct stat st {};
+        if (fd >= 0 && ::fstat(fd, &st) == 0 && synced.insert(st.st_dev).second)
+            ::syncfs(fd);
+        if (fd >= 0)
+            ::close(fd);
     }
-    for (const QString& folder : folders)
-        Sync_Folder_Of(folder + QStringLiteral("/x"));
     b.pending.clear();
 }
 
