@@ -74,8 +74,11 @@ bool With_Library_Lock(LibraryContext& c, const std::function<void()>& change)
         c.ui.message(Library_In_Use_Text(), QStringLiteral("Library in use"), Buttons::Ok, Icon::Warning);
         return false;
     }
-    if (c.lib.seen.valid && !sameStamp(c.lib.seen, stampOf(c.app.Trackfile)))
-        Open_Library(c, c.app.Library_File, OpenVia::Path);
+    if (c.lib.seen.valid && !sameStamp(c.lib.seen, stampOf(c.app.Trackfile))) {
+        const QString path = c.app.Library_File;  // a copy: opening clears the old one first
+        if (!Open_Library(c, path, OpenVia::Path))
+            return false;
+    }
     change();
     Note_Library_Seen(c);
     return true;
