@@ -319,7 +319,7 @@ RefreshCounts mnu_Library_Refresh(LibraryContext& c)
     c.ui.showProgress();
     c.ui.shieldLibrary();
 
-    Refresh r{c, {}, {}, {}, {}, {}, {}};
+    Refresh r{c, {}, {}, {}, {}, {}, {}, {}};
     list.setHidden(true);
     list.beginBulk();
     analyse(r);

@@ -21,8 +21,8 @@ TEST(CliCaseInsensitiveDisk, ACaseOnlyChangeRenamesAndNeverDeletes)
     FatMount fat(env.path("fat.img"), env.path("Music"));
     if (!fat.mounted())
         GTEST_SKIP() << fat.reason().toStdString();
-    const QByteArray one = taggedMp3({"Abba", "Gold", "1", "One"}, {0.2});
-    const QByteArray two = taggedMp3({"Abba", "Gold", "2", "Two"}, {0.2});
+    const QByteArray one = taggedMp3({"Abba", "Gold", "1", "One", {}, {}}, {0.2});
+    const QByteArray two = taggedMp3({"Abba", "Gold", "2", "Two", {}, {}}, {0.2});
     QDir().mkpath(env.path("Music/A/Abba/Gold"));
     writeFile(env.path("Music/A/Abba/Gold/abba - gold - 01 - one.mp3"), one);
     writeFile(env.path("Music/A/Abba/Gold/Abba - Gold - 02 - Two.mp3"), two);

@@ -20,7 +20,7 @@ namespace {
 
 QByteArray song(const QString& artist, const QString& title)
 {
-    return taggedMp3({artist, QStringLiteral("Album"), QStringLiteral("01"), title}, {0.5});
+    return taggedMp3({artist, QStringLiteral("Album"), QStringLiteral("01"), title, {}, {}}, {0.5});
 }
 
 // Every file below `folder` with its content, the filler left out.
@@ -98,8 +98,9 @@ TEST(CliFullDisk, NoCommandLeavesAFileCutShortOrEmpty)
         // a part of itself, and no track is gone.
         for (auto it = after.begin(); it != after.end(); ++it) {
             const QByteArray old = before.value(it.key());
-            if (!old.isEmpty() && it.value() != old)
+            if (!old.isEmpty() && it.value() != old) {
                 EXPECT_FALSE(old.startsWith(it.value())) << it.key().toStdString() << " was cut short";
+            }
         }
         EXPECT_FALSE(anyPartialFile(env.root()));
         int tracks = 0;

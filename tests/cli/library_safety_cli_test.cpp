@@ -30,7 +30,7 @@ const QMap<QString, QByteArray>& songs()
         QMap<QString, QByteArray> m;
         for (int i = 1; i <= 24; ++i)
             m[QString("t%1.mp3").arg(i)] = taggedMp3({QString("Artist %1").arg(i % 5), QString("Album %1").arg(i % 3),
-                                                      QString::number(i), QString("Song %1").arg(i)},
+                                                      QString::number(i), QString("Song %1").arg(i), {}, {}},
                                                      {0.2});
         return m;
     }();
@@ -105,8 +105,8 @@ TEST(CliLibrarySafety, ASecondWriterWaitsThenStopsAndTwoWritersLoseNothing)
     const QString vkt = newLibrary(env);
     const QByteArray before = readFile(vkt);
     QDir().mkpath(env.path("in"));
-    writeFile(env.path("in/a.mp3"), taggedMp3({"Abba", "Gold", "1", "A"}, {0.2}));
-    writeFile(env.path("in/b.mp3"), taggedMp3({"Cher", "Hits", "2", "B"}, {0.2}));
+    writeFile(env.path("in/a.mp3"), taggedMp3({"Abba", "Gold", "1", "A", {}, {}}, {0.2}));
+    writeFile(env.path("in/b.mp3"), taggedMp3({"Cher", "Hits", "2", "B", {}, {}}, {0.2}));
 
     // Another program holds the lock: the writer stops and changes nothing;
     // a reader goes on.

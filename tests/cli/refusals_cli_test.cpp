@@ -43,11 +43,11 @@ TEST(CliRefusals, BadFoldersAndSpecialFilesAreRefusedAndLeaveNothing)
         int exitCode;
         const char* error;
     } rows[] = {
-        {"a file as Main Folder", {"--dialog", "@/file.txt", "new", "@/L.vkt"}, 2, "not an existing folder"},
-        {"a missing Main Folder", {"--dialog", "@/nowhere", "new", "@/L.vkt"}, 2, "not an existing folder"},
+        {"a file as Main Folder", {"--dialog", "@/file.txt", "new", "@/L.vkt", {}, {}}, 2, "not an existing folder"},
+        {"a missing Main Folder", {"--dialog", "@/nowhere", "new", "@/L.vkt", {}, {}}, 2, "not an existing folder"},
         {"a file as Backup folder", {"--answers", "ok,yes", "--dialog", "@/Main", "--dialog", "@/file.txt", "new", "@/L.vkt"},
          2, "not an existing folder"},
-        {"new over a folder", {"--dialog", "@/Main", "new", "@/dir.vkt"}, 2, "regular file"},
+        {"new over a folder", {"--dialog", "@/Main", "new", "@/dir.vkt", {}, {}}, 2, "regular file"},
         {"open of a pipe", {"open", "@/pipe.vkt"}, 2, "regular file"},
         {"a Trackfile that is a device", {"open", "@/zero.vkt"}, 1, ""},
         {"a Trackfile that is a pipe", {"open", "@/fifo-track.vkt"}, 1, ""},
@@ -83,14 +83,14 @@ TEST(CliRefusals, NamesTheLibraryCannotKeepAreReportedAndDotsNeverLeaveTheFolder
     TempEnv env;
     const QString music = env.path("Music");
     QDir().mkpath(music);
-    writeFile(music + "/a|b.mp3", taggedMp3({"Abba", "Gold", "1", "Pipe"}, {0.2}));
+    writeFile(music + "/a|b.mp3", taggedMp3({"Abba", "Gold", "1", "Pipe", {}, {}}, {0.2}));
     const QByteArray latin1 = QFile::encodeName(music) + "/caf\xe9.mp3";  // not UTF-8
     const int fd = ::open(latin1.constData(), O_WRONLY | O_CREAT, 0644);
-    const QByteArray audio = taggedMp3({"Cher", "Hits", "2", "Latin"}, {0.2});
+    const QByteArray audio = taggedMp3({"Cher", "Hits", "2", "Latin", {}, {}}, {0.2});
     ASSERT_EQ(::write(fd, audio.constData(), size_t(audio.size())), audio.size());
     ::close(fd);
-    writeFile(music + "/dots.mp3", taggedMp3({"..", "..", "3", "Dots"}, {0.2}));
-    writeFile(music + "/dot.mp3", taggedMp3({"Dot", ".", "4", "Dot"}, {0.2}));
+    writeFile(music + "/dots.mp3", taggedMp3({"..", "..", "3", "Dots", {}, {}}, {0.2}));
+    writeFile(music + "/dot.mp3", taggedMp3({"Dot", ".", "4", "Dot", {}, {}}, {0.2}));
     const QString vkt = env.path("Lib.vkt");
 
     const CliRun made = runCli({"--dialog", music, "new", vkt});

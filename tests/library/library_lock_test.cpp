@@ -22,7 +22,7 @@ TEST(LibraryLock, AChangeOfTheOtherProgramIsReadBeforeOneOfThisAndALockStopsIt)
     LibraryContext other{otherApp, otherLib, otherUi};
     ASSERT_TRUE(Open_Library(other, window.files.vkt));
     const QString b = window.env.path("in/b.mp3"), c = window.env.path("in/c.mp3");
-    ASSERT_TRUE(writeTaggedMp3(b, {"B", "b", "2", "Bee"}) && writeTaggedMp3(c, {"C", "c", "3", "Sea"}));
+    ASSERT_TRUE(writeTaggedMp3(b, {"B", "b", "2", "Bee", {}, {}}) && writeTaggedMp3(c, {"C", "c", "3", "Sea", {}, {}}));
     ASSERT_TRUE(With_Library_Lock(other, [&] { Add_MP3(other, b); }));
 
     // The window still believes slot 2 free; under the lock it reads again.
