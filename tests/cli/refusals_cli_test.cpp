@@ -43,11 +43,11 @@ TEST(CliRefusals, BadFoldersAndSpecialFilesAreRefusedAndLeaveNothing)
         int exitCode;
         const char* error;
     } rows[] = {
-        {"a file as Main Folder", {"--dialog", "@/file.txt", "new", "@/L.vkt", {}, {}}, 2, "not an existing folder"},
-        {"a missing Main Folder", {"--dialog", "@/nowhere", "new", "@/L.vkt", {}, {}}, 2, "not an existing folder"},
+        {"a file as Main Folder", {"--dialog", "@/file.txt", "new", "@/L.vkt"}, 2, "not an existing folder"},
+        {"a missing Main Folder", {"--dialog", "@/nowhere", "new", "@/L.vkt"}, 2, "not an existing folder"},
         {"a file as Backup folder", {"--answers", "ok,yes", "--dialog", "@/Main", "--dialog", "@/file.txt", "new", "@/L.vkt"},
          2, "not an existing folder"},
-        {"new over a folder", {"--dialog", "@/Main", "new", "@/dir.vkt", {}, {}}, 2, "regular file"},
+        {"new over a folder", {"--dialog", "@/Main", "new", "@/dir.vkt"}, 2, "regular file"},
         {"open of a pipe", {"open", "@/pipe.vkt"}, 2, "regular file"},
         {"a Trackfile that is a device", {"open", "@/zero.vkt"}, 1, ""},
         {"a Trackfile that is a pipe", {"open", "@/fifo-track.vkt"}, 1, ""},
