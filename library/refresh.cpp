@@ -163,8 +163,11 @@ void refreshScan(Refresh& r, const QString& folder)
         else
             refreshScan(r, folder + QLatin1Char('/') + sub);
     }
-    for (const QString& name : Undecodable_Names(folder))
+    const RawFolder raw = Read_Raw_Folder(folder);
+    for (const QString& name : raw.undecodable)
         r.leftOut << folder + QLatin1Char('/') + name;
+    if (raw.partials)
+        Remove_Partial_Files(folder);  // what a killed move across file systems left
     const QStringList files = Mp3_Files(folder);
     if (files.isEmpty())
         return;

@@ -184,19 +184,21 @@ QStringList Mp3_Files(const QString& folder)
     return QDir(folder).entryList({QStringLiteral("*.mp3")}, QDir::Files, QDir::Name | QDir::IgnoreCase);
 }
 
-QStringList Undecodable_Names(const QString& folder)
+RawFolder Read_Raw_Folder(const QString& folder)
 {
-    QStringList names;
+    RawFolder raw;
     DIR* dir = ::opendir(QFile::encodeName(folder).constData());
     if (!dir)
-        return names;
+        return raw;
     while (const dirent* e = ::readdir(dir)) {
         const QByteArray name(e->d_name);
         if (!QUtf8StringView(name).isValidUtf8())
-            names << QString::fromUtf8(name);
+            raw.undecodable << QString::fromUtf8(name);
+        else if (name.startsWith('.') && Is_Partial_File_Name(QString::fromUtf8(name)))
+            raw.partials = true;
     }
     ::closedir(dir);
-    return names;
+    return raw;
 }
 
 bool VisitedFolders::enter(const QString& folder)

@@ -107,8 +107,12 @@ TEST(CliRefusals, NamesTheLibraryCannotKeepAreReportedAndDotsNeverLeaveTheFolder
     EXPECT_TRUE(QFileInfo(music + "/a|b.mp3").isFile());
     EXPECT_TRUE(QFileInfo(QFile::decodeName(latin1)).exists() || ::access(latin1.constData(), F_OK) == 0);
 
-    // A second refresh finds nothing to add or remove.
+    // A second refresh finds nothing to add or remove, and takes away the
+    // part a killed copy left.
+    const QString part = music + "/D/Dot/_/.dot2.mp3.sonorit-partial-Ab12Cd";
+    writeFile(part, "half a copy");
     const CliRun again = runCli({"refresh", vkt});
+    EXPECT_FALSE(QFileInfo::exists(part));
     ASSERT_FALSE(again.json.empty());
     EXPECT_TRUE(again.json.back()["text"].toString().startsWith("0 tracks were removed.\r\n0 tracks were refreshed.\r\n"
                                                                 "0 tracks were added."));
