@@ -63,6 +63,10 @@ void printRows(const TrackList& list)
 int openLibrary(CliContext& c, const QString& given)
 {
     const QString path = QFileInfo(given).absoluteFilePath();
+    if (File_Exists(path) && !QFileInfo(path).isFile()) {
+        reportError(QStringLiteral("a library file is a regular file, not this: ") + path);
+        return ExitUsage;
+    }
     if (!File_Exists(path) || path.right(4) != QLatin1String(".vkt")) {
         reportError(QStringLiteral("not a library file: ") + path);
         return ExitFailed;

@@ -103,24 +103,28 @@ Answer CliUi::message(const QString& text, const QString& title, Buttons buttons
     return answer;
 }
 
+void CliUi::giveUp(const QString& text)
+{
+    reportError(text);
+    if (beforeGivingUp)
+        beforeGivingUp();
+    fflush(stdout);
+    fflush(stderr);
+    // Leaving from inside the flow skips the destructors of the objects on
+    // main's stack. None of them holds anything still to be written: each
+    // write to a library file is complete when it returns, and the settings
+    // are written as they are saved.
+    std::exit(ExitUsage);
+}
+
 QString CliUi::nextDialog()
 {
     if (dialogs.empty()) {
         // No value left answers as a cancel; but the choice of a new
         // library's Main Folder and the Backup folder loop ask again after a
         // cancel, for ever.
-        if (++unanswered_ >= kUnansweredLimit) {
-            reportError(QStringLiteral("no --dialog value left for a dialog the command needs"));
-            if (beforeGivingUp)
-                beforeGivingUp();
-            fflush(stdout);
-            fflush(stderr);
-            // Leaving from inside the flow skips the destructors of the
-            // objects on main's stack. None of them holds anything still to
-            // be written: each write to a library file is complete when it
-            // returns, and the settings are written as they are saved.
-            std::exit(ExitUsage);
-        }
+        if (++unanswered_ >= kUnansweredLimit)
+            giveUp(QStringLiteral("no --dialog value left for a dialog the command needs"));
         return QString();
     }
     unanswered_ = 0;
@@ -141,7 +145,14 @@ QString CliUi::fileDialog(const FileDialogRequest& request)
 QString CliUi::browseForFolder()
 {
     const QString value = nextDialog();
-    return value.isEmpty() ? value : QFileInfo(value).absoluteFilePath();
+    if (value.isEmpty())
+        return value;
+    // A folder dialog gives only folders that exist; a file or a missing
+    // folder is refused, not guessed at.
+    const QFileInfo folder(value);
+    if (!folder.isDir())
+        giveUp(QStringLiteral("not an existing folder: ") + folder.absoluteFilePath());
+    return folder.absoluteFilePath();
 }
 
 }  // namespace sonorit::cli

@@ -33,6 +33,7 @@ public:
 
 private:
     QString nextDialog();
+    [[noreturn]] void giveUp(const QString& text);
 
     int unanswered_ = 0;
 };

@@ -9,7 +9,10 @@
 #include <optional>
 
 #include "cli/cli_context.h"
+#include "library/library_lock.h"
 #include "library/lifecycle.h"
+#include "shell/durable_file.h"
+#include "shell/ini_file.h"
 #include "library/naming_commands.h"
 #include "library/refresh.h"
 #include "library/sort_library.h"
@@ -52,6 +55,15 @@ int onLibrary(CliContext& c, const QString& vkt, Lengths lengths, const std::fun
     std::optional<DecoderLengths> decoder;
     if (lengths == Lengths::Decoder)
         decoder.emplace(c.lib);
+    // The lock is held from before the library is read until the command
+    // ends, so that a second writer neither reads a half-changed library nor
+    // overwrites what this one wrote.
+    LibraryLock lock;
+    const QString trackfile = IniFile(absolute(vkt)).read(QStringLiteral("GENERAL"), QStringLiteral("ALBUMLIB_NAME"), {});
+    if (!trackfile.isEmpty() && !lock.acquire(trackfile)) {
+        reportError(Library_In_Use_Text());
+        return int(ExitFailed);
+    }
     if (const int rc = openLibrary(c, vkt); rc != ExitOk)
         return rc;
     LibraryContext lc = c.library();
@@ -59,6 +71,14 @@ int onLibrary(CliContext& c, const QString& vkt, Lengths lengths, const std::fun
         return rc;
     printRows(c.lib.MP3_List);
     return ExitOk;
+}
+
+// The import mode of the settings (copy or move), as the window program
+// reads it at start.
+void readImportMode(CliContext& c)
+{
+    c.app.Import_Mode = static_cast<int>(Val(c.app.settings.GetSetting(QStringLiteral("Import"), QStringLiteral("Mode"),
+                                                                       QStringLiteral("0"))));
 }
 
 // The file or folder the command names answers the dialog the flow opens
@@ -71,16 +91,28 @@ const CliCommand newCommand("new", "new LIB.vkt", [](CliContext& c, const QStrin
     const QString vkt = absolute(args[0]);
     if (!vkt.endsWith(QLatin1String(".vkt")))
         return usageError(QStringLiteral("a library file name ends in .vkt: ") + vkt);
+    if (QFileInfo(vkt).exists() && !QFileInfo(vkt).isFile())
+        return usageError(QStringLiteral("a library file is a regular file, not this: ") + vkt);
     DecoderLengths decoder(c.lib);
     // Then the Main Folder and, if asked for, the Backup folder from --dialog.
     answerNextDialog(c, vkt);
     // Both folder choices come before the Trackfile is made: a library given
     // up there is only its unfinished .vkt file, which goes.
-    c.ui.beforeGivingUp = [vkt] { QFile::remove(vkt); };
+    // A library given up on leaves nothing: its .vkt and the empty
+    // Trackfile and IDfile this run made.
+    const auto leaveNothing = [&c, vkt] {
+        QFile::remove(vkt);
+        for (const QString& file : {c.app.Trackfile, c.app.IDfile}) {
+            if (!file.isEmpty() && QFileInfo(file).isFile() && QFileInfo(file).size() == 0)
+                QFile::remove(file);
+        }
+    };
+    c.ui.beforeGivingUp = leaveNothing;
     LibraryContext lc = c.library();
     mnu_Library_New(lc);
-    if (c.app.Library_File != vkt || !File_Exists(vkt) || !File_Exists(c.app.Trackfile)) {
+    if (c.app.Library_File != vkt || !QFileInfo(vkt).isFile() || !File_Exists(c.app.Trackfile)) {
         reportError(QStringLiteral("the library could not be created: ") + vkt);
+        leaveNothing();
         return int(ExitFailed);
     }
     printRows(c.lib.MP3_List);
@@ -90,7 +122,9 @@ const CliCommand newCommand("new", "new LIB.vkt", [](CliContext& c, const QStrin
 const CliCommand addCommand("add", "add LIB.vkt FILE...", [](CliContext& c, const QStringList& args) {
     if (args.size() < 2)
         return int(ExitUsage);
+    readImportMode(c);
     return onLibrary(c, args[0], Lengths::Decoder, [&](LibraryContext& lc) {
+        const SyncBatch syncs;  // the imports' small writes are synced together
         for (const QString& file : args.mid(1)) {
             const QString path = absolute(file);
             // The menu command passes over such a file without a word.
@@ -110,6 +144,7 @@ int scanCommand(CliContext& c, const QStringList& args, void (*scan)(LibraryCont
     const QString folder = absolute(args[1]);
     if (!QFileInfo(folder).isDir())
         return usageError(QStringLiteral("not a folder: ") + folder);
+    readImportMode(c);
     return onLibrary(c, args[0], Lengths::Decoder, [&](LibraryContext& lc) {
         answerNextDialog(c, folder);
         scan(lc);

@@ -49,13 +49,22 @@ struct LibraryState {
         qint64 offset = -1;
         qint64 size = 0;
     } lastRecord;
-    // While a command renames or relocates many rows, their records gather
-    // here and are written in one pass now and then, not one pass per row.
-    struct RecordBatch {
+    // While a command renames or relocates many rows, each record is written
+    // as its file moves, from a copy of the Trackfile kept here, so that the
+    // file is read once per command and not once per row.
+    struct RecordSession {
         bool active = false;
-        std::map<int, QString> records;  // by ID
-        QString firstWhat, firstOldPath;  // named if the write fails
-    } recordBatch;
+        bool loaded = false;
+        QByteArray image;
+    } records;
+
+    // The Trackfile as this program last read or wrote it, so that a change
+    // made meanwhile by another program is noticed before the next one.
+    struct Seen {
+        bool valid = false;
+        quint64 inode = 0;
+        qint64 size = 0, mtime = 0;
+    } seen;
 
     int Free_ID_Count() const { return static_cast<int>(Free_IDs.size()); }
     bool failAt(const char* step) const { return faults && faults->fail(step); }

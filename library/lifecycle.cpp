@@ -8,6 +8,7 @@
 #include "library/open_library.h"
 #include "library/refresh.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/helpers.h"
 #include "shell/ini_file.h"
 #include "shell/settings_families.h"
@@ -55,8 +56,7 @@ QString chooseBackupFolder(LibraryContext& c)
 
 bool createEmpty(const QString& path)
 {
-    QFile f(path);
-    return f.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    return Write_File_Durably(path, QByteArray());
 }
 
 void deleteLibraryFiles(const QString& vkt)
@@ -174,7 +174,8 @@ void mnu_Library_Delete(LibraryContext& c)
         const QString name = Get_Path_File(path).chopped(4);
         const QString text = QStringLiteral("Are you sure you want to delete the Library named ") + name
                              + QStringLiteral(" ?") + kCrLf + kCrLf + note;
-        if (c.ui.message(text, QStringLiteral("Delete Libray?"), Buttons::YesNo, Icon::Warning) == Answer::Yes)
+        if (c.ui.question(text, QStringLiteral("Delete Libray?"), Buttons::YesNo, Icon::Warning, Answer::No)
+            == Answer::Yes)
             deleteLibraryFiles(path);
         c.ui.unlockMainWindow();
         return;
@@ -183,7 +184,8 @@ void mnu_Library_Delete(LibraryContext& c)
                          + QStringLiteral("If you delete this Library, the current library will be closed as well.")
                          + kCrLf + kCrLf + QStringLiteral("Are you sure you want to delete the current library?")
                          + kCrLf + kCrLf + note;
-    if (c.ui.message(text, QStringLiteral("Delete current Libray?"), Buttons::YesNo, Icon::Warning) == Answer::Yes) {
+    if (c.ui.question(text, QStringLiteral("Delete current Libray?"), Buttons::YesNo, Icon::Warning, Answer::No)
+        == Answer::Yes) {
         deleteLibraryFiles(path);
         c.lib.search.Start_Search_Lists();
         Close_Library(c);

@@ -14,7 +14,9 @@ QString prefixFolder(const QString& artist)
     const QString cleaned = Clean_File_Name(Trim(artist));
     if (cleaned.isEmpty())
         return QString();
-    const QChar first = cleaned.left(1).toUpper()[0];
+    // The first character's own upper case: "ß" stays "ß" (its upper case
+    // "SS" is two characters) and so goes under "_#_".
+    const QChar first = cleaned[0].toUpper();
     if (first >= QLatin1Char('0') && first <= QLatin1Char('9'))
         return QStringLiteral("0-9");
     if (first >= QLatin1Char('A') && first <= QLatin1Char('Z'))
@@ -24,9 +26,12 @@ QString prefixFolder(const QString& artist)
 
 // Each level is made as the name grows; a folder that exists or cannot be
 // made passes in silence, and the caller learns of it when the move fails.
+// A level named "." or ".." would stay in or leave its folder: its dots are
+// replaced as characters a folder name cannot hold are.
 void addLevel(QString& path, const QString& level)
 {
-    path += QLatin1Char('/') + level;
+    const bool onlyDots = level == QLatin1String(".") || level == QLatin1String("..");
+    path += QLatin1Char('/') + (onlyDots ? QString(level.size(), QLatin1Char('_')) : level);
     QDir().mkdir(path);
 }
 

@@ -1,13 +1,17 @@
 #include "open_library.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include "library/library_lock.h"
 #include "library/slots.h"
 #include "library/sort_library.h"
 #include "library/trackfile.h"
 #include "shell/app_state.h"
+#include "shell/bounded_read.h"
+#include "shell/durable_file.h"
 #include "shell/codepage.h"
 #include "shell/helpers.h"
 #include "shell/ini_file.h"
@@ -58,6 +62,7 @@ void forgetLibrary(LibraryContext& c)
     c.lib.ID_COUNT = 0;
     c.lib.Free_IDs.clear();
     c.lib.lastRecord = {};
+    c.lib.seen = {};
 }
 
 void failureOfOpen(LibraryContext& c, OpenVia via)
@@ -98,6 +103,8 @@ void selectFirst(LibraryContext& c)
 struct ReadOutcome {
     bool error = false;     // a record cut short by the end of the file
     bool mismatch = false;  // a tag, length or ID column that is not the slot's
+    std::vector<bool> used;  // by slot
+    qint64 end = 0;          // behind the last slot read
 };
 
 // One record at pos: its text and where the next record starts; false when
@@ -128,18 +135,15 @@ ReadOutcome readRecords(LibraryContext& c, const QByteArray& file, int trackTota
     const int idCount = c.lib.ID_COUNT;
     const qint64 size = file.size();
     ReadOutcome outcome;
+    outcome.used.assign(size_t(idCount) + 1, false);
     qint64 pos = 0;
-    // Records behind ID_COUNT are read too: they are tracks of the library
-    // whose count was lost, and the repair gives them their slots back.
-    for (int i = 1; i <= idCount || (pos < size && i <= 32767); ++i) {
-        if (i <= idCount) {
-            c.ui.setProgressValue(i);
-            c.ui.yield();
-        }
+    // Only ID_COUNT records are read: bytes behind them are an old tail that
+    // a rewrite left in place.
+    for (int i = 1; i <= idCount; ++i) {
+        c.ui.setProgressValue(i);
+        c.ui.yield();
         if (pos >= size)
             continue;  // beyond the end the slots read as empty
-        if (i > idCount)
-            outcome.mismatch = true;
         const char* text = nullptr;
         qint64 textLength = 0;
         qint64 next = 0;
@@ -150,6 +154,7 @@ ReadOutcome readRecords(LibraryContext& c, const QByteArray& file, int trackTota
         pos = next;
         if (textLength == 0)
             continue;  // a free slot
+        outcome.used[size_t(i)] = true;
         QStringList fields = decodeFileText(text, textLength).split(QLatin1Char('|'));
         if (fields.size() == TrackColumnCount && fields[ColID] != QStringLiteral("TRACK ") + QString::number(i))
             outcome.mismatch = true;
@@ -174,6 +179,7 @@ ReadOutcome readRecords(LibraryContext& c, const QByteArray& file, int trackTota
                             + (fields.size() > 9 ? fields[9] : QString()));
         }
     }
+    outcome.end = pos;
     return outcome;
 }
 
@@ -186,16 +192,60 @@ bool readFreeIds(LibraryContext& c, int trackTotal)
         return true;
     const int count = c.lib.ID_COUNT - trackTotal;
     c.lib.Free_IDs.assign(static_cast<size_t>(count), 0);
-    QFile f(c.app.IDfile);
-    if (c.app.IDfile.isEmpty() || !f.open(QIODevice::ReadOnly))
+    QByteArray bytes;
+    if (c.app.IDfile.isEmpty() || Read_Regular_File(c.app.IDfile, 32767 * 4, &bytes) != ReadResult::Read)
         return false;
-    const QByteArray bytes = f.read(qint64(count) * 4);
+    bytes.truncate(qsizetype(count) * 4);
     for (int k = 0; k < count && (k + 1) * 4 <= bytes.size(); ++k) {
         const auto* b = reinterpret_cast<const unsigned char*>(bytes.constData() + k * 4);
         c.lib.Free_IDs[static_cast<size_t>(k)] =
             static_cast<std::int32_t>(quint32(b[0]) | (quint32(b[1]) << 8) | (quint32(b[2]) << 16) | (quint32(b[3]) << 24));
     }
     return bytes.size() == qint64(count) * 4;
+}
+
+// Free IDs that name a used slot, a slot beyond the count or one named twice
+// would hand a live track's record to the next import: they go. (Zeros stay:
+// they stand for entries an IDfile lacked, and become new slots.)
+bool dropImpossibleFreeIds(LibraryContext& c, const std::vector<bool>& used)
+{
+    std::vector<bool> seen(used.size(), false);
+    std::vector<std::int32_t> kept;
+    for (const std::int32_t id : c.lib.Free_IDs) {
+        const bool valid = id == 0 || (id > 0 && size_t(id) < used.size() && !used[size_t(id)] && !seen[size_t(id)]);
+        if (valid && id > 0)
+            seen[size_t(id)] = true;
+        if (valid)
+            kept.push_back(id);
+    }
+    const bool dropped = kept.size() != c.lib.Free_IDs.size();
+    c.lib.Free_IDs = std::move(kept);
+    return dropped;
+}
+
+// The next slot is appended at the end of the file, so a tail that is never
+// read goes before it would be taken for that slot.
+void cutOldTail(LibraryContext& c, qint64 end)
+{
+    QFile f(c.app.Trackfile);
+    if (f.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) && f.resize(end))
+        Sync_Written(f.handle());
+}
+
+// What a killed program left: half-written successors of library files and
+// copies (each is locked while written, so a live one stays), and the work
+// files of tag writes and sorts once nobody has touched them for a minute.
+void removeLeftovers(LibraryContext& c)
+{
+    Remove_Partial_Files(c.app.Data_Folder());
+    Remove_Partial_Files(c.app.Quarantaine_Folder);
+    const QDateTime minuteAgo = QDateTime::currentDateTime().addSecs(-60);
+    for (const char* name : {"Temp.mp3", "TempTrack.bak", "TempTrack.000", "TempID.bak"}) {
+        const QString path = c.app.Data_Folder() + QLatin1String(name);
+        const QFileInfo info(path);
+        if (info.isFile() && info.lastModified() < minuteAgo)
+            QFile::remove(path);
+    }
 }
 
 }  // namespace
@@ -231,10 +281,19 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     a.settings.SaveSetting(QStringLiteral("Folders"), QStringLiteral("Album"), a.Library_Data_Folder);
 
     const IniFile vkt(path);
+    // Only a regular file is a library file: nothing is read from or written
+    // over a folder, a pipe or a device of that name.
+    if (!QFileInfo(path).isFile()) {
+        failureOfOpen(c, via);
+        if (via == OpenVia::Menu)
+            selectFirst(c);
+        return false;
+    }
     a.Library_Main_Folder = Add_Backslash(vkt.read(kGeneral, QStringLiteral("LIB_FOLDER"), a.paths.Music_Folder));
     vkt.write(kGeneral, QStringLiteral("LIB_FOLDER"), a.Library_Main_Folder);
     a.Quarantaine_Folder = a.Library_Main_Folder + QStringLiteral("Quarantaine");
     QDir().mkdir(a.Quarantaine_Folder);
+    removeLeftovers(c);
     a.Backup_Folder = vkt.read(kGeneral, QStringLiteral("BAK_FOLDER"), QString());
     if (!a.Backup_Folder.isEmpty()) {
         a.Backup_Folder = Add_Backslash(a.Backup_Folder);
@@ -243,18 +302,18 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     a.Trackfile = vkt.read(kGeneral, QStringLiteral("ALBUMLIB_NAME"), QString());
     const int trackTotal = static_cast<int>(Val(vkt.read(kGeneral, QStringLiteral("ALBUM_COUNT"), QStringLiteral("0"))));
 
-    QFile trackfile(a.Trackfile);
     const long long idCount = Val(vkt.read(kGeneral, QStringLiteral("ID_COUNT"), QStringLiteral("0")));
     // Slot counts live in 16 bits; a count outside that range means the file
-    // cannot be a library of this program.
-    if (a.Trackfile.isEmpty() || !trackfile.open(QIODevice::ReadOnly) || idCount < 0 || idCount > 32767) {
+    // cannot be a library of this program, nor can a Trackfile longer than
+    // its slots can be, or one that is not a regular file.
+    QByteArray records;
+    if (a.Trackfile.isEmpty() || idCount < 0 || idCount > 32767
+        || Read_Regular_File(a.Trackfile, 32767LL * (14 + 32767), &records) != ReadResult::Read) {
         failureOfOpen(c, via);
         if (via == OpenVia::Menu)
             selectFirst(c);
         return false;
     }
-    const QByteArray records = trackfile.readAll();
-    trackfile.close();
 
     a.IDfile = vkt.read(kGeneral, QStringLiteral("FREEID_NAME"), QString());
     c.lib.ID_COUNT = static_cast<int>(idCount);
@@ -272,8 +331,10 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     if (via == OpenVia::Menu)
         c.lib.search.Start_Search_Lists();
     const ReadOutcome read = readRecords(c, records, trackTotal, via == OpenVia::Menu);
-    if (read.error || read.mismatch)
+    if (read.error || read.mismatch || dropImpossibleFreeIds(c, read.used))
         needsSort = true;
+    else if (read.end < records.size())
+        cutOldTail(c, read.end);
 
     if (via == OpenVia::Path) {
         c.lib.search.Start_Search_Lists();
@@ -311,6 +372,7 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     selectFirst(c);
     if (needsSort)
         mnu_Library_Sort(c);
+    Note_Library_Seen(c);
     return true;
 }
 

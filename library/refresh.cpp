@@ -10,6 +10,7 @@
 #include "library/track_import.h"
 #include "library/trackfile.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/file_stamp.h"
 #include "shell/helpers.h"
 #include "shell/ui_port.h"
@@ -51,7 +52,23 @@ struct Refresh {
     std::vector<Scanned> scanned;
     VisitedFolders visited;
     RefreshCounts counts;
+    QStringList leftOut;  // names the library cannot keep
 };
+
+// A name the library cannot keep: not valid UTF-8 (it would not lead back to
+// the file), or holding the record's field separator.
+bool unkeepableName(const QString& name)
+{
+    return name.contains(QChar::ReplacementCharacter) || name.contains(QLatin1Char('|'));
+}
+
+QString leftOutText(const QStringList& paths)
+{
+    if (paths.isEmpty())
+        return QString();
+    return kCrLf + kCrLf + QStringLiteral("Left out, as their names cannot be kept in the library:") + kCrLf
+           + paths.join(kCrLf);
+}
 
 void sortListByPlace(TrackList& list)
 {
@@ -140,8 +157,17 @@ void refreshScan(Refresh& r, const QString& folder)
     LibraryContext& c = r.c;
     if (!r.visited.enter(folder))
         return;
-    for (const QString& sub : Sub_Folders(folder))
-        refreshScan(r, folder + QLatin1Char('/') + sub);
+    for (const QString& sub : Sub_Folders(folder)) {
+        if (sub.contains(QChar::ReplacementCharacter))
+            r.leftOut << folder + QLatin1Char('/') + sub + QLatin1Char('/');
+        else
+            refreshScan(r, folder + QLatin1Char('/') + sub);
+    }
+    const RawFolder raw = Read_Raw_Folder(folder);
+    for (const QString& name : raw.undecodable)
+        r.leftOut << folder + QLatin1Char('/') + name;
+    if (raw.partials)
+        Remove_Partial_Files(folder);  // what a killed move across file systems left
     const QStringList files = Mp3_Files(folder);
     if (files.isEmpty())
         return;
@@ -157,6 +183,10 @@ void refreshScan(Refresh& r, const QString& folder)
                         + QString::number(files.size()) + QStringLiteral(": ") + files[i]);
         c.ui.yield();
         const QString path = folder + QLatin1Char('/') + files[i];
+        if (unkeepableName(files[i]) || folder.contains(QLatin1Char('|'))) {
+            r.leftOut << path;
+            continue;
+        }
         if (!Is_Mpeg(path))
             continue;
         const FileStamp stamp = Read_File_Stamp(path);
@@ -262,7 +292,8 @@ void finish(Refresh& r, const QString& remembered)
     list.setHidden(true);
     const QString text = QString::number(r.counts.removed) + QStringLiteral(" tracks were removed.") + kCrLf
                          + QString::number(r.counts.refreshed) + QStringLiteral(" tracks were refreshed.") + kCrLf
-                         + QString::number(r.counts.added) + QStringLiteral(" tracks were added.");
+                         + QString::number(r.counts.added) + QStringLiteral(" tracks were added.")
+                         + leftOutText(r.leftOut);
     if (r.counts.removed == 0 && r.counts.added == 0) {
         c.ui.message(text, QStringLiteral("Refresh Report"), Buttons::Ok, Icon::None);
     } else if (c.ui.message(text + kCrLf + kCrLf + QStringLiteral("Do you want to sort the tracks in the library file?"),
@@ -282,6 +313,7 @@ void finish(Refresh& r, const QString& remembered)
 
 RefreshCounts mnu_Library_Refresh(LibraryContext& c)
 {
+    const SyncBatch syncs;  // many small writes: synced together, not one by one
     TrackList& list = c.lib.MP3_List;
     const QString remembered = list.selected() >= 0 ? list.field(list.selected(), ColFilename) : QString();
     sortListByPlace(list);
@@ -290,7 +322,7 @@ RefreshCounts mnu_Library_Refresh(LibraryContext& c)
     c.ui.showProgress();
     c.ui.shieldLibrary();
 
-    Refresh r{c, {}, {}, {}, {}, {}, {}};
+    Refresh r{c, {}, {}, {}, {}, {}, {}, {}};
     list.setHidden(true);
     list.beginBulk();
     analyse(r);

@@ -1,10 +1,10 @@
 #include "slots.h"
 
-#include <QSaveFile>
 #include <algorithm>
 
 #include "library/trackfile.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/helpers.h"
 #include "shell/ini_file.h"
 #include "shell/ui_port.h"
@@ -29,13 +29,7 @@ QByteArray Encode_IDfile(const std::vector<std::int32_t>& ids)
 
 bool Write_IDfile(LibraryContext& c)
 {
-    QSaveFile f(c.app.IDfile);
-    const QByteArray bytes = Encode_IDfile(c.lib.Free_IDs);
-    if (!f.open(QIODevice::WriteOnly) || c.lib.failAt("idfile") || f.write(bytes) != bytes.size()) {
-        f.cancelWriting();
-        return false;
-    }
-    return f.commit();
+    return !c.lib.failAt("idfile") && Write_File_Durably(c.app.IDfile, Encode_IDfile(c.lib.Free_IDs));
 }
 
 bool Write_ID_Count(LibraryContext& c)
@@ -58,9 +52,14 @@ QString Get_ID(LibraryContext& c)
     const bool newSlot = ids.empty() || *std::min_element(ids.begin(), ids.end()) == 0;
     if (newSlot && c.lib.ID_COUNT >= kMaxSlots)
         return QString();
+    // A slot is handed out only once the library files say so; a count that
+    // cannot be written (a full disk) hands out none.
     if (ids.empty()) {
         ++c.lib.ID_COUNT;
-        Write_ID_Count(c);
+        if (!Write_ID_Count(c)) {
+            --c.lib.ID_COUNT;
+            return QString();
+        }
         return QStringLiteral("TRACK ") + QString::number(c.lib.ID_COUNT);
     }
     // The smallest free ID goes last, so the lowest slot is reused first.
@@ -71,12 +70,18 @@ QString Get_ID(LibraryContext& c)
     if (ids.back() == 0) {
         // An IDfile shorter than its count read as zeros: issue a new slot.
         ++c.lib.ID_COUNT;
+        if (!Write_ID_Count(c)) {
+            --c.lib.ID_COUNT;
+            return QString();
+        }
         ids.back() = c.lib.ID_COUNT;
-        Write_ID_Count(c);
     }
     const std::int32_t id = ids.back();
     ids.pop_back();
-    Write_IDfile(c);
+    if (!Write_IDfile(c)) {
+        ids.push_back(id);
+        return QString();
+    }
     return QStringLiteral("TRACK ") + QString::number(id);
 }
 

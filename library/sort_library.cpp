@@ -2,12 +2,12 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include "library/open_library.h"
 #include "library/slots.h"
 #include "library/trackfile.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/file_copy.h"
 #include "shell/ui_port.h"
 
@@ -40,11 +40,15 @@ bool sortOnce(LibraryContext& c)
         return false;
 
     c.ui.setLabel17(QStringLiteral("Sorting Library File"));
-    if (!Write_Records_In_List_Order(c))
+    // The free IDs go first: a kill between the two replacements then leaves
+    // the old Trackfile with too few free IDs, which the next open repairs,
+    // and never free IDs that point at the renumbered, used slots.
+    if (c.lib.failAt("sort-idfile") || !Write_File_Durably(c.app.IDfile, QByteArray())) {
+        copyFileKeepingTime(tempId(c), c.app.IDfile);
         return false;
-    QSaveFile ids(c.app.IDfile);
-    if (c.lib.failAt("sort-idfile") || !ids.open(QIODevice::WriteOnly) || !ids.commit()) {
-        copyFileKeepingTime(tempTrack(c), c.app.Trackfile);  // replaces the new file only once complete
+    }
+    if (!Write_Records_In_List_Order(c)) {
+        copyFileKeepingTime(tempId(c), c.app.IDfile);
         return false;
     }
     return true;
@@ -56,8 +60,9 @@ bool Write_Records_In_List_Order(LibraryContext& c)
 {
     const TrackList& list = c.lib.MP3_List;
     c.lib.lastRecord = {};
-    QSaveFile out(c.app.Trackfile);
-    if (!out.open(QIODevice::WriteOnly))
+    c.lib.records.loaded = false;
+    DurableFile out(c.app.Trackfile);
+    if (!out.open())
         return false;
     const int n = list.count();
     for (int i = 1; i <= n; ++i) {

@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QUtf8StringView>
+#include <dirent.h>
 #include <sys/stat.h>
 
 #include "library/refresh.h"
@@ -10,6 +12,7 @@
 #include "library/track_moves.h"
 #include "library/trackfile.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/file_copy.h"
 #include "shell/helpers.h"
 #include "shell/ui_port.h"
@@ -57,9 +60,9 @@ void placeTrack(LibraryContext& c, int row)
 // afterwards; `row` receives its row.
 bool targetExists(LibraryContext& c, const QString& source, const QString& target, int* row)
 {
-    const Answer answer = c.ui.message(QStringLiteral("Following track allready exists in the library:") + kCrLf
+    const Answer answer = c.ui.question(QStringLiteral("Following track allready exists in the library:") + kCrLf
                                            + target + kCrLf + QStringLiteral("Overwrite this file?"),
-                                       QStringLiteral("File exists"), Buttons::YesNo, Icon::Question);
+                                       QStringLiteral("File exists"), Buttons::YesNo, Icon::Question, Answer::No);
     if (answer == Answer::Yes) {
         QFile::remove(target);
         copyIntoQuarantaine(c, source, target);
@@ -87,16 +90,27 @@ bool targetExists(LibraryContext& c, const QString& source, const QString& targe
 
 bool Add_MP3(LibraryContext& c, const QString& path)
 {
+    // A "|" in the path would split the record into more fields than a
+    // track has: such a file is left out rather than stored broken.
+    if (path.contains(QLatin1Char('|'))) {
+        c.ui.message(Get_Path_File(path) + QStringLiteral(" failed on importing to the Library."),
+                     QStringLiteral("Add MP3 Error"), Buttons::Ok, Icon::None);
+        return false;
+    }
     TrackRow row;
     Track_Fields_From_File(c, path, row);
+    const int slotsBefore = c.lib.ID_COUNT;
     row[ColID] = Get_ID(c);
     const int id = Track_ID_Of(row[ColID]);
+    // A free slot is filled where it stands, the highest one too; only a new
+    // slot is appended.
+    const bool newSlot = c.lib.ID_COUNT > slotsBefore;
     bool stored = false;
     if (id > 0) {
         const QString text = Join_Track_Record(row);
         // The record writers make their five attempts each.
         stored = !c.lib.failAt("add-record")
-                 && (id < c.lib.ID_COUNT ? Replace_Track_Record(c, id, text) : Append_Track_Record(c, id, text));
+                 && (newSlot ? Append_Track_Record(c, id, text) : Replace_Track_Record(c, id, text));
     }
     if (stored) {
         Add_Row_To_Search(c, row);
@@ -105,7 +119,7 @@ bool Add_MP3(LibraryContext& c, const QString& path)
         return true;
     }
     if (id > 0) {
-        if (id < c.lib.ID_COUNT) {
+        if (!newSlot) {
             c.lib.Free_IDs.push_back(id);
             Write_IDfile(c);
         } else {
@@ -168,6 +182,23 @@ QStringList Mp3_Files(const QString& folder)
 {
     // "*.mp3" matches without regard to case, as it did on the original platform.
     return QDir(folder).entryList({QStringLiteral("*.mp3")}, QDir::Files, QDir::Name | QDir::IgnoreCase);
+}
+
+RawFolder Read_Raw_Folder(const QString& folder)
+{
+    RawFolder raw;
+    DIR* dir = ::opendir(QFile::encodeName(folder).constData());
+    if (!dir)
+        return raw;
+    while (const dirent* e = ::readdir(dir)) {
+        const QByteArray name(e->d_name);
+        if (!QUtf8StringView(name).isValidUtf8())
+            raw.undecodable << QString::fromUtf8(name);
+        else if (name.startsWith('.') && Is_Partial_File_Name(QString::fromUtf8(name)))
+            raw.partials = true;
+    }
+    ::closedir(dir);
+    return raw;
 }
 
 bool VisitedFolders::enter(const QString& folder)
@@ -255,7 +286,17 @@ void scan(LibraryContext& c, bool tree)
 
 }  // namespace
 
-void mnu_Library_Scan_Folder(LibraryContext& c) { scan(c, false); }
-void mnu_Library_Scan_Tree(LibraryContext& c) { scan(c, true); }
+// Many small writes: synced together, not one by one.
+void mnu_Library_Scan_Folder(LibraryContext& c)
+{
+    const SyncBatch syncs;
+    scan(c, false);
+}
+
+void mnu_Library_Scan_Tree(LibraryContext& c)
+{
+    const SyncBatch syncs;
+    scan(c, true);
+}
 
 }  // namespace sonorit

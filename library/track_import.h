@@ -32,6 +32,14 @@ void DirectoryScan(LibraryContext& c, const QString& folder, bool recursive);
 // left out, as a folder list on the desktop leaves them out.
 QStringList Sub_Folders(const QString& folder);
 QStringList Mp3_Files(const QString& folder);
+// One raw pass over a folder: the entries whose names are not valid UTF-8,
+// which no folder listing of Qt shows (their undecodable bytes shown as
+// replacement characters), and whether a killed copy left a part there.
+struct RawFolder {
+    QStringList undecodable;
+    bool partials = false;
+};
+RawFolder Read_Raw_Folder(const QString& folder);
 
 // Keeps a folder walk from entering one folder twice: a link that leads back
 // up the tree would otherwise never let it end.

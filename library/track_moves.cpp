@@ -1,6 +1,7 @@
 #include "track_moves.h"
 
 #include <QDir>
+#include <algorithm>
 #include <QFile>
 #include <sys/stat.h>
 
@@ -8,6 +9,7 @@
 #include "library/slots.h"
 #include "library/trackfile.h"
 #include "shell/app_state.h"
+#include "shell/durable_file.h"
 #include "shell/file_copy.h"
 #include "shell/file_stamp.h"
 #include "shell/helpers.h"
@@ -19,10 +21,7 @@ namespace {
 
 const QString kLfCr = QStringLiteral("\n\r");
 
-// Two spellings that differ only in case name one file on a case-insensitive
-// file system (a FAT or exFAT stick) and two files here otherwise; only the
-// file system knows which.
-bool sameFile(const QString& a, const QString& b)
+bool sameInode(const QString& a, const QString& b)
 {
     struct stat sa, sb;
     return ::stat(QFile::encodeName(a).constData(), &sa) == 0 && ::stat(QFile::encodeName(b).constData(), &sb) == 0
@@ -34,10 +33,75 @@ bool differOnlyInCase(const QString& a, const QString& b)
     return a != b && a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
+bool renamePath(const QString& from, const QString& to)
+{
+    return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+// Whether the folder lists this exact name. A folder listing is read afresh,
+// where a lookup by name may be answered from a cache that still knows the
+// other spelling (as a FUSE mount does).
+bool listedExactly(const QString& path)
+{
+    return QDir(Get_Path_Folder(path))
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)
+        .contains(Get_Path_File(path));
+}
+
+enum class CaseChange { Done, TwoFiles, Failed };
+
+// Two spellings that differ only in case name one file on a case-insensitive
+// file system (a FAT or exFAT stick) and two files otherwise. Inode numbers
+// cannot tell (such a mount gives each spelling its own): if the folder
+// does not list the new spelling itself, both are one. The file or folder
+// steps aside under a temporary name and takes the new spelling from there,
+// since a direct rename may do nothing on such a file system. Nothing is
+// deleted on the way.
+CaseChange changeCase(const QString& from, const QString& to)
+{
+    if (listedExactly(to) && !sameInode(from, to))
+        return CaseChange::TwoFiles;
+    const QString aside = Get_Path_Folder(from) + QStringLiteral("/.") + Get_Path_File(from)
+                          + QStringLiteral(".sonorit-case");
+    if (listedExactly(aside) || !renamePath(from, aside))
+        return CaseChange::Failed;
+    if (renamePath(aside, to))
+        return CaseChange::Done;
+    renamePath(aside, from);
+    return CaseChange::Failed;
+}
+
+// A folder whose spelling differs in case at any level: each differing level
+// takes its new spelling, from the top down.
+CaseChange changeFolderCase(const QString& from, const QString& to)
+{
+    const QStringList a = from.split(QLatin1Char('/')), b = to.split(QLatin1Char('/'));
+    QString done;
+    for (int i = 0; i < a.size(); ++i) {
+        const QString prefix = i == 0 ? QString() : done + QLatin1Char('/');
+        if (a[i] != b[i]) {
+            const CaseChange step = changeCase(prefix + a[i], prefix + b[i]);
+            if (step != CaseChange::Done)
+                return step;
+        }
+        done = prefix + b[i];
+    }
+    return CaseChange::Done;
+}
+
+// A file that may be the track itself under another spelling is never
+// deleted: only when the folders list both names are they two files.
+bool maybeSameFile(const QString& a, const QString& b)
+{
+    if (sameInode(a, b))
+        return true;
+    return a.compare(b, Qt::CaseInsensitive) == 0 && !(listedExactly(a) && listedExactly(b));
+}
+
 bool confirmReplacement(LibraryContext& c, const QString& path)
 {
-    return c.ui.message(path + QStringLiteral(" exists.") + kLfCr + QStringLiteral("Do you want to replace this file?"),
-                        QStringLiteral("Confirm replacement"), Buttons::YesNo, Icon::Question)
+    return c.ui.question(path + QStringLiteral(" exists.") + kLfCr + QStringLiteral("Do you want to replace this file?"),
+                         QStringLiteral("Confirm replacement"), Buttons::YesNo, Icon::Question, Answer::No)
            == Answer::Yes;
 }
 
@@ -69,33 +133,12 @@ void recordFailure(LibraryContext& c, const QString& what, const QString& oldPat
                  QStringLiteral("Library file update failure"), Buttons::Ok, Icon::Warning);
 }
 
-constexpr size_t kBatchRows = 500;
-
-void flushBatch(LibraryContext& c)
-{
-    LibraryState::RecordBatch& b = c.lib.recordBatch;
-    if (b.records.empty())
-        return;
-    if (c.lib.failAt("move-record") || !Replace_Track_Records(c, b.records))
-        recordFailure(c, b.firstWhat, b.firstOldPath);
-    b.records.clear();
-}
-
 // Stores the row's record and points the playlist's first entry of the old
 // path at the new one.
 void storeRow(LibraryContext& c, int index, const QString& oldPath, const QString& newPath, const QString& what)
 {
     const TrackRow& row = c.lib.MP3_List.row(index);
-    LibraryState::RecordBatch& b = c.lib.recordBatch;
-    if (b.active) {
-        if (b.records.empty()) {
-            b.firstWhat = what;
-            b.firstOldPath = oldPath;
-        }
-        b.records[Track_ID_Of(row[ColID])] = Join_Track_Record(row);
-        if (b.records.size() >= kBatchRows)
-            flushBatch(c);
-    } else if (c.lib.failAt("move-record")
+    if (c.lib.failAt("move-record")
                || !Replace_Track_Record(c, Track_ID_Of(row[ColID]), Join_Track_Record(row))) {
         recordFailure(c, what, oldPath);
     }
@@ -112,11 +155,15 @@ void storeRow(LibraryContext& c, int index, const QString& oldPath, const QStrin
 // Any failure ends this in silence.
 void tidyUp(const QString& oldFolder, const QString& newFolder, const QString& mainFolder)
 {
+    // The cover names match without regard to case, as on the disks they
+    // often come from; a cover keeps its spelling.
+    const QStringList oldFiles = QDir(oldFolder).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    const QStringList newFiles = QDir(newFolder).entryList(QDir::Files | QDir::Hidden | QDir::System);
     for (const char* cover : {"Folder.jpg", "AlbumArtSmall.jpg"}) {
-        const QString from = Add_Backslash(oldFolder) + QLatin1String(cover);
-        const QString to = Add_Backslash(newFolder) + QLatin1String(cover);
-        if (File_Exists(from) && !File_Exists(to))
-            moveFile(from, to);
+        const auto named = [cover](const QString& f) { return f.compare(QLatin1String(cover), Qt::CaseInsensitive) == 0; };
+        const auto from = std::find_if(oldFiles.begin(), oldFiles.end(), named);
+        if (from != oldFiles.end() && std::none_of(newFiles.begin(), newFiles.end(), named))
+            moveFile(Add_Backslash(oldFolder) + *from, Add_Backslash(newFolder) + *from);
     }
     QString folder = oldFolder;
     while (folder.size() + 1 > mainFolder.size() && Add_Backslash(folder).startsWith(mainFolder)
@@ -143,20 +190,18 @@ bool Rename_Track(LibraryContext& c, int index)
     if (oldPath == newPath)
         return true;
 
-    if (File_Exists(newPath) && differOnlyInCase(oldPath, newPath) && sameFile(oldPath, newPath)) {
-        // The same file under another spelling: a plain rename would do
-        // nothing on such a file system, so it goes through a folder of its own.
-        const QString temp = Add_Backslash(folder) + QStringLiteral("zevso");
-        QDir().mkdir(temp);
-        const QString tempFile = temp + QStringLiteral("/Temp.mp3");
-        moveFile(oldPath, tempFile);
-        moveFile(tempFile, newPath);
-        QDir().rmdir(temp);
-        if (!File_Exists(newPath))
-            return moveFailure(c, true, oldPath);
+    const CaseChange sameOne = File_Exists(newPath) && differOnlyInCase(oldPath, newPath)
+                                   ? changeCase(oldPath, newPath)
+                                   : CaseChange::TwoFiles;
+    if (sameOne == CaseChange::Failed)
+        return moveFailure(c, true, oldPath);
+    if (sameOne == CaseChange::Done) {
+        // The same file under another spelling: renamed, no question asked.
     } else if (File_Exists(newPath)) {
         if (!confirmReplacement(c, newPath))
             return true;
+        if (maybeSameFile(oldPath, newPath))
+            return moveFailure(c, true, oldPath);
         QFile::remove(newPath);
         if (c.lib.failAt("rename-move") || !moveFile(oldPath, newPath))
             return moveFailure(c, true, oldPath);
@@ -165,7 +210,6 @@ bool Rename_Track(LibraryContext& c, int index)
         // same row for the Track command, would blank the record of a row
         // that stays when Selection, Album or All replace a file, and the
         // next import would hand that row's ID out again.)
-        flushBatch(c);  // the slots as the list knows them before one goes
         if (Remove_Track_Record(c, Track_ID_Of(list.field(index, ColID)))) {
             list.removeAt(index);
             Write_Album_Count(c);
@@ -199,13 +243,18 @@ bool Relocate_Track(LibraryContext& c, int index, bool tidy)
 
     const QString oldPath = Add_Backslash(oldFolder) + row[ColFilename];
     const QString newPath = Add_Backslash(newFolder) + row[ColFilename];
-    if (differOnlyInCase(oldFolder, newFolder) && sameFile(oldFolder, newFolder)) {
-        if (!moveFile(oldFolder, newFolder))
-            return moveFailure(c, false, oldPath);
-    } else {
+    const CaseChange sameFolder =
+        differOnlyInCase(oldFolder, newFolder) ? changeFolderCase(oldFolder, newFolder) : CaseChange::TwoFiles;
+    if (sameFolder == CaseChange::Failed)
+        return moveFailure(c, false, oldPath);
+    if (sameFolder == CaseChange::TwoFiles) {
         if (File_Exists(newPath)) {
             if (!confirmReplacement(c, newPath))
                 return true;
+            if (maybeSameFile(oldPath, newPath)) {
+                moveFailure(c, false, oldPath);
+                return true;
+            }
             QFile::remove(newPath);
         }
         if (!c.lib.failAt("relocate-move"))
@@ -216,7 +265,7 @@ bool Relocate_Track(LibraryContext& c, int index, bool tidy)
         }
         // A move that copied but could not delete leaves the source behind;
         // it goes now, unless both names lead to the one file.
-        if (File_Exists(oldPath) && !sameFile(oldPath, newPath))
+        if (File_Exists(oldPath) && !maybeSameFile(oldPath, newPath))
             QFile::remove(oldPath);
     }
     list.setField(index, ColFolder, newFolder);
@@ -230,13 +279,15 @@ bool Relocate_Track(LibraryContext& c, int index, bool tidy)
 
 void Begin_Record_Batch(LibraryContext& c)
 {
-    c.lib.recordBatch.active = true;
+    c.lib.records = {};
+    c.lib.records.active = true;
+    Begin_Sync_Batch();
 }
 
 void End_Record_Batch(LibraryContext& c)
 {
-    flushBatch(c);
-    c.lib.recordBatch.active = false;
+    c.lib.records = {};
+    End_Sync_Batch();
 }
 
 }  // namespace sonorit

@@ -1,12 +1,13 @@
 #include "trackfile.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <algorithm>
 #include <map>
 #include <vector>
 
 #include "shell/app_state.h"
+#include "shell/bounded_read.h"
+#include "shell/durable_file.h"
 #include "shell/ui_port.h"
 
 namespace sonorit {
@@ -16,6 +17,8 @@ namespace {
 constexpr int kHeaderSize = 14;
 constexpr int kMaxTextBytes = 32766;  // the length field is held in 16 signed bits
 constexpr int kAttempts = 5;
+// 32767 slots of the longest record.
+constexpr qint64 kMaxTrackfileBytes = 32767LL * (14 + 32767);
 
 enum class Splice { Replace, Blank, Truncate };
 
@@ -39,17 +42,43 @@ struct Change {
     QByteArray text;
 };
 
-// One attempt of a rewrite of some slots. The file is read once and its
-// successor written beside it with the changed records in place; the
-// Trackfile is replaced only by the finished successor, so a failure at any
-// step leaves it as it was.
+// The Trackfile as it stands: kept in memory while a command changes one
+// record after another, read afresh otherwise.
+bool currentTrackfile(LibraryContext& c, QByteArray* file)
+{
+    LibraryState::RecordSession& s = c.lib.records;
+    if (s.active && s.loaded) {
+        *file = s.image;
+        return true;
+    }
+    if (c.lib.failAt("read") || Read_Regular_File(c.app.Trackfile, kMaxTrackfileBytes, file) != ReadResult::Read)
+        return false;
+    if (s.active) {
+        s.image = *file;
+        s.loaded = true;
+    }
+    return true;
+}
+
+// A record of unchanged length is written over itself; a kill cannot cut a
+// write of a few hundred bytes, and nothing else in the file moves.
+bool writeInPlace(LibraryContext& c, qint64 at, const QByteArray& record)
+{
+    QFile f(c.app.Trackfile);
+    if (!f.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) || c.lib.failAt("write-record") || !f.seek(at)
+        || f.write(record) != record.size() || !f.flush())
+        return false;
+    return Sync_Written_Or_Defer(f.handle(), c.app.Trackfile);
+}
+
+// One attempt of a rewrite of some slots. The successor is built in memory
+// and written beside the Trackfile, which it replaces only once all of it is
+// on the disk, so a failure at any step leaves the Trackfile as it was.
 Outcome spliceOnce(LibraryContext& c, const std::map<int, Change>& changes)
 {
-    QFile in(c.app.Trackfile);
-    if (c.lib.failAt("read") || !in.open(QIODevice::ReadOnly))
+    QByteArray file;
+    if (!currentTrackfile(c, &file))
         return Outcome::Failed;
-    const QByteArray file = in.readAll();
-    in.close();
 
     // Where each changed slot lies, found by hopping from record to record.
     struct Place {
@@ -68,28 +97,37 @@ Outcome spliceOnce(LibraryContext& c, const std::map<int, Change>& changes)
     std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.start < b.start; });
     c.ui.yield();
 
-    QSaveFile out(c.app.Trackfile);
-    bool ok = out.open(QIODevice::WriteOnly) && !c.lib.failAt("copy-before");
+    QByteArray next;
+    next.reserve(file.size() + 64);
     qint64 pos = 0;
     for (const Place& p : places) {
-        if (!ok)
-            break;
-        ok = out.write(file.constData() + pos, p.start - pos) == p.start - pos;
+        next.append(file.constData() + pos, p.start - pos);
         pos = p.end;
         if (p.change->kind == Splice::Truncate) {
             pos = file.size();  // nothing follows the slot cut off
             break;
         }
         const QByteArray body = p.change->kind == Splice::Blank ? QByteArray(1, '\0') : p.change->text + '\0';
-        ok = ok && !c.lib.failAt("write-record")
-             && out.write(header(file.mid(p.start, 10), quint32(body.size()))) == kHeaderSize
-             && out.write(body) == body.size();
+        next.append(header(file.mid(p.start, 10), quint32(body.size()))).append(body);
     }
-    ok = ok && !c.lib.failAt("copy-after") && out.write(file.constData() + pos, file.size() - pos) == file.size() - pos;
-    ok = ok && !c.lib.failAt("commit") && out.commit();
-    if (!ok)
-        out.cancelWriting();
-    return ok ? Outcome::Done : Outcome::Failed;
+    next.append(file.constData() + pos, file.size() - pos);
+
+    bool ok = false;
+    if (places.size() == 1 && next.size() == file.size() && places[0].change->kind != Splice::Truncate) {
+        const Place& p = places[0];
+        ok = writeInPlace(c, p.start, next.mid(p.start, p.end - p.start));
+    } else {
+        DurableFile out(c.app.Trackfile);
+        ok = out.open() && !c.lib.failAt("copy-before") && !c.lib.failAt("write-record") && !c.lib.failAt("copy-after")
+             && out.write(next) == next.size() && !c.lib.failAt("commit") && out.commit();
+    }
+    if (!ok) {
+        c.lib.records.loaded = false;  // what stands on disk is read again
+        return Outcome::Failed;
+    }
+    if (c.lib.records.active)
+        c.lib.records.image = next;
+    return Outcome::Done;
 }
 
 bool splice(LibraryContext& c, const std::map<int, Change>& changes)
@@ -125,6 +163,7 @@ InPlace replaceLastRecord(LibraryContext& c, int id, const QByteArray& record)
     const LibraryState::LastRecord last = c.lib.lastRecord;
     if (last.id != id || last.offset < 0)
         return InPlace::NotApplicable;
+    c.lib.records.loaded = false;
     QFile f(c.app.Trackfile);
     if (!f.open(QIODevice::ReadWrite) || f.size() != last.offset + last.size || !f.seek(last.offset))
         return InPlace::NotApplicable;
@@ -132,7 +171,8 @@ InPlace replaceLastRecord(LibraryContext& c, int id, const QByteArray& record)
     if (old.size() != last.size || old.left(10) != Track_Tag(id) || lengthOf(old.constData()) != quint32(last.size - kHeaderSize))
         return InPlace::NotApplicable;
     const bool ok = f.resize(last.offset) && f.seek(last.offset) && !c.lib.failAt("write-record")
-                    && f.write(record) == record.size() && f.flush();
+                    && f.write(record) == record.size() && f.flush()
+                    && Sync_Written_Or_Defer(f.handle(), c.app.Trackfile);
     if (ok) {
         c.lib.lastRecord.size = record.size();
         return InPlace::Done;
@@ -216,18 +256,6 @@ bool Truncate_At_Track_Record(LibraryContext& c, int id)
     return splice(c, id, Splice::Truncate, QByteArray());
 }
 
-bool Replace_Track_Records(LibraryContext& c, const std::map<int, QString>& texts)
-{
-    std::map<int, Change> changes;
-    for (const auto& [id, text] : texts) {
-        const QByteArray bytes = text.toUtf8();
-        if (bytes.size() > kMaxTextBytes)
-            return false;
-        changes[id] = Change{Splice::Replace, bytes};
-    }
-    return changes.empty() || splice(c, changes);
-}
-
 bool Append_Track_Record(LibraryContext& c, int id, const QString& text)
 {
     const QByteArray record = Encode_Track_Record(id, text);
@@ -239,13 +267,14 @@ bool Append_Track_Record(LibraryContext& c, int id, const QString& text)
             c.ui.yield();
             continue;
         }
+        c.lib.records.loaded = false;
         // An append that fails is undone by cutting the file back to its old
         // length, so the Trackfile never keeps half a record.
         const qint64 oldSize = f.size();
         const qint64 half = record.size() / 2;
         const bool ok = f.seek(oldSize) && f.write(record.constData(), half) == half && !c.lib.failAt("append")
                         && f.write(record.constData() + half, record.size() - half) == record.size() - half
-                        && f.flush();
+                        && f.flush() && Sync_Written_Or_Defer(f.handle(), c.app.Trackfile);
         if (ok) {
             c.lib.lastRecord = {id, oldSize, record.size()};
             return true;

@@ -23,8 +23,6 @@ bool Replace_Track_Record(LibraryContext& c, int id, const QString& text);
 bool Append_Track_Record(LibraryContext& c, int id, const QString& text);
 bool Blank_Track_Record(LibraryContext& c, int id);
 bool Truncate_At_Track_Record(LibraryContext& c, int id);
-// Several records rewritten in one pass over the Trackfile.
-bool Replace_Track_Records(LibraryContext& c, const std::map<int, QString>& texts);
 
 // The byte offset of a slot found by hopping from record to record, -1 if the
 // file ends first. `recordEnd` receives the offset behind the slot's record.

@@ -12,6 +12,7 @@ $SUDO apt-get install -y --no-install-recommends \
   libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev \
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-ugly gstreamer1.0-libav \
   libmp3lame-dev lame \
+  dosfstools fusefat \
   xvfb xauth imagemagick dbus \
   python3 python3-mutagen \
   xdg-utils shared-mime-info desktop-file-utils

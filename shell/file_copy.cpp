@@ -2,8 +2,8 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
+#include "durable_file.h"
 #include "ui_port.h"
 
 #include <cerrno>
@@ -27,14 +27,17 @@ bool copyBlocks(QIODevice& in, QIODevice& out, qint64 count)
     return true;
 }
 
-bool copyFileKeepingTime(const QString& source, const QString& target)
+namespace {
+bool copyFile(const QString& source, const QString& target, bool mayDeferSync)
 {
     QFile in(source);
     if (!in.open(QIODevice::ReadOnly))
         return false;
     const QDateTime modified = QFileInfo(in).lastModified();
-    QSaveFile out(target);
-    if (!out.open(QIODevice::WriteOnly))
+    DurableFile out(target);
+    out.keepPermissionsOf(source);
+    out.setMayDeferSync(mayDeferSync);
+    if (!out.open())
         return false;
     if (!copyBlocks(in, out, in.size())) {
         out.cancelWriting();
@@ -48,6 +51,13 @@ bool copyFileKeepingTime(const QString& source, const QString& target)
     return true;
 }
 
+}  // namespace
+
+bool copyFileKeepingTime(const QString& source, const QString& target)
+{
+    return copyFile(source, target, true);
+}
+
 bool moveFile(const QString& source, const QString& target)
 {
     const QByteArray from = QFile::encodeName(source);
@@ -56,7 +66,8 @@ bool moveFile(const QString& source, const QString& target)
         return true;
     if (errno != EXDEV)
         return false;
-    if (!copyFileKeepingTime(source, target))
+    // The copy must be on the disk before the source goes.
+    if (!copyFile(source, target, false))
         return false;
     if (!QFile::remove(source)) {
         QFile::remove(target);  // the source stays the one copy

@@ -1,33 +1,22 @@
 #include "ini_file.h"
 
 #include <QFile>
-#include <QSaveFile>
+#include <QHash>
 #include <QStringList>
+#include <map>
+#include <sys/stat.h>
 
+#include "bounded_read.h"
 #include "codepage.h"
+#include "durable_file.h"
 
 namespace sonorit {
 
 namespace {
 
-QStringList readLines(const QString& path, bool* exists)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly)) {
-        *exists = false;
-        return {};
-    }
-    *exists = true;
-    const QString text = decodeFileText(f.readAll());
-    QStringList lines = text.split(QLatin1Char('\n'));
-    if (!lines.isEmpty() && lines.last().isEmpty())
-        lines.removeLast();
-    for (QString& l : lines) {
-        if (l.endsWith(QLatin1Char('\r')))
-            l.chop(1);
-    }
-    return lines;
-}
+// An INI file of the program is a few kilobytes; this bound only keeps a
+// wrong path from being read without end.
+constexpr qint64 kMaxIniBytes = 64LL << 20;
 
 // The section name of a "[name]" line, or a null string for other lines.
 QString sectionOf(const QString& line)
@@ -55,31 +44,103 @@ bool sameName(const QString& a, const QString& b)
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
+QString indexKey(const QString& section, const QString& key)
+{
+    return section.toLower() + QLatin1Char('\n') + key.toLower();
+}
+
+// A file as read: its lines and, for each section and key, the line of the
+// first match. Kept while the file stays the same (device, inode, size and
+// time), so that a command reading many keys reads and splits it once.
+struct IniText {
+    dev_t dev = 0;
+    ino_t ino = 0;
+    off_t size = -1;
+    timespec mtime{};
+    QStringList lines;
+    QHash<QString, int> first;
+};
+
+void indexLines(IniText& f)
+{
+    QString section;
+    bool inSection = false;
+    for (int i = 0; i < f.lines.size(); ++i) {
+        const QString s = sectionOf(f.lines[i]);
+        if (!s.isNull()) {
+            section = s;
+            inSection = true;
+            continue;
+        }
+        QString k;
+        if (inSection && keyOf(f.lines[i], &k, nullptr)) {
+            const QString key = indexKey(section, k);
+            if (!f.first.contains(key))
+                f.first.insert(key, i);
+        }
+    }
+}
+
+std::map<QString, IniText>& cache()
+{
+    static std::map<QString, IniText> files;
+    return files;
+}
+
+// The text of `path`, or null when there is no readable regular file.
+const IniText* readText(const QString& path)
+{
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0 || !S_ISREG(st.st_mode)) {
+        cache().erase(path);
+        return nullptr;
+    }
+    auto it = cache().find(path);
+    if (it != cache().end() && it->second.dev == st.st_dev && it->second.ino == st.st_ino
+        && it->second.size == st.st_size && it->second.mtime.tv_sec == st.st_mtim.tv_sec
+        && it->second.mtime.tv_nsec == st.st_mtim.tv_nsec)
+        return &it->second;
+    QByteArray bytes;
+    if (Read_Regular_File(path, kMaxIniBytes, &bytes) != ReadResult::Read) {
+        cache().erase(path);
+        return nullptr;
+    }
+    IniText& f = cache()[path];
+    f = IniText{st.st_dev, st.st_ino, bytes.size() == st.st_size ? st.st_size : -1, st.st_mtim, {}, {}};
+    f.lines = decodeFileText(bytes).split(QLatin1Char('\n'));
+    if (!f.lines.isEmpty() && f.lines.last().isEmpty())
+        f.lines.removeLast();
+    for (QString& l : f.lines) {
+        if (l.endsWith(QLatin1Char('\r')))
+            l.chop(1);
+    }
+    indexLines(f);
+    return &f;
+}
+
 }  // namespace
 
 QString IniFile::read(const QString& section, const QString& key, const QString& defaultValue) const
 {
-    bool exists = false;
-    const QStringList lines = readLines(path_, &exists);
-    bool inSection = false;
-    for (const QString& line : lines) {
-        const QString s = sectionOf(line);
-        if (!s.isNull()) {
-            inSection = sameName(s, section);
-            continue;
-        }
-        QString k, v;
-        if (inSection && keyOf(line, &k, &v) && sameName(k, key))
-            return v.left(limit_);
-    }
-    return defaultValue.left(limit_);
+    const IniText* text = readText(path_);
+    const int at = text ? text->first.value(indexKey(section, key), -1) : -1;
+    if (at < 0)
+        return defaultValue.left(limit_);
+    QString k, v;
+    keyOf(text->lines[at], &k, &v);
+    return v.left(limit_);
 }
 
 bool IniFile::write(const QString& section, const QString& key, const QString& value) const
 {
-    bool exists = false;
-    QStringList lines = readLines(path_, &exists);
+    const IniText* text = readText(path_);
     const QString entry = key + QLatin1Char('=') + value;
+    if (text) {
+        const int at = text->first.value(indexKey(section, key), -1);
+        if (at >= 0 && text->lines[at] == entry)
+            return true;  // already stands so: no rewrite
+    }
+    QStringList lines = text ? text->lines : QStringList();
 
     int sectionStart = -1;  // line index of the first matching section header
     int insertAt = -1;      // behind the last non-blank line of that section
@@ -101,8 +162,6 @@ bool IniFile::write(const QString& section, const QString& key, const QString& v
             continue;
         QString k;
         if (keyOf(lines[i], &k, nullptr) && sameName(k, key)) {
-            if (lines[i] == entry)
-                return true;  // already stands so: no rewrite
             lines[i] = entry;
             done = true;
         } else if (!lines[i].trimmed().isEmpty()) {
@@ -117,17 +176,13 @@ bool IniFile::write(const QString& section, const QString& key, const QString& v
         }
     }
 
-    QSaveFile out(path_);
-    if (!out.open(QIODevice::WriteOnly))
-        return false;
     QByteArray bytes;
     for (const QString& l : lines) {
         bytes += l.toUtf8();
         bytes += '\n';
     }
-    if (out.write(bytes) != bytes.size())
-        return false;
-    return out.commit();
+    cache().erase(path_);
+    return Write_File_Durably(path_, bytes);
 }
 
 QString GetPrivateProfileString(const QString& section, const QString& key, const QString& defaultValue,

@@ -28,6 +28,15 @@ public:
     virtual ~UiPort() = default;
 
     virtual Answer message(const QString& text, const QString& title, Buttons buttons, Icon icon) = 0;
+    // A question whose button pressed by Enter is `defaultButton`: No for
+    // every question whose Yes deletes or replaces a file or a library.
+    // Ports without default buttons ask it as a message.
+    virtual Answer question(const QString& text, const QString& title, Buttons buttons, Icon icon,
+                            Answer defaultButton)
+    {
+        (void)defaultButton;
+        return message(text, title, buttons, icon);
+    }
     // Result as the file dialog helper delivers it: "" on cancel, one path, or
     // for several files "folder|name|name".
     virtual QString fileDialog(const FileDialogRequest& request) = 0;

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <unistd.h>
 
+#include "shell/durable_file.h"
 #include "shell/file_copy.h"
 #include "shell/ui_port.h"
 
@@ -19,7 +20,7 @@ constexpr int kTries = 5;  // a busy file gets this many attempts
 bool Sync_To_Disk(const QString& path)
 {
     QFile f(path);
-    return f.open(QIODevice::ReadOnly) && ::fsync(f.handle()) == 0;
+    return f.open(QIODevice::ReadOnly) && Sync_Written(f.handle());
 }
 
 // Puts `temp` in the place of `path`. Within one filesystem a rename replaces
@@ -37,17 +38,17 @@ bool Swap_In(const QString& temp, const QString& path, UiPort& ui)
     const QByteArray from = QFile::encodeName(temp), to = QFile::encodeName(dest);
     int error = 0;
     for (int i = 0; i < kTries; ++i) {
-        if (std::rename(from.constData(), to.constData()) == 0)
+        if (std::rename(from.constData(), to.constData()) == 0) {
+            Sync_Folder_Of(dest);
             return true;
+        }
         error = errno;
         if (error == EXDEV)
             break;
         ui.yield();
     }
-    if (error != EXDEV || !copyFileKeepingTime(temp, dest))
-        return false;
-    deleteUntilGone(temp, &ui, kTries);
-    return true;
+    // Across file systems the copy is on the disk before the temporary goes.
+    return error == EXDEV && moveFile(temp, dest);
 }
 }  // namespace
 

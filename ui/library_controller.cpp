@@ -1,5 +1,6 @@
 #include "library_controller.h"
 
+#include "library/library_lock.h"
 #include "library/lifecycle.h"
 #include "library/naming_commands.h"
 #include "library/open_library.h"
@@ -16,22 +17,31 @@ LibraryController::LibraryController(LibraryContext context, std::function<void(
 {
 }
 
+// Each change holds the library's lock while it runs.
+void LibraryController::locked(void (*command)(LibraryContext&))
+{
+    With_Library_Lock(c_, [&] { command(c_); });
+}
+
 void LibraryController::newLibrary() { mnu_Library_New(c_); }
 void LibraryController::open() { mnu_Library_Open(c_); }
 void LibraryController::deleteLibrary() { mnu_Library_Delete(c_); }
-void LibraryController::addMp3() { mnu_Library_Add_MP3(c_); }
-void LibraryController::scanFolder() { mnu_Library_Scan_Folder(c_); }
-void LibraryController::scanTree() { mnu_Library_Scan_Tree(c_); }
-void LibraryController::refresh() { mnu_Library_Refresh(c_); }
-void LibraryController::sort() { mnu_Library_Sort(c_); }
-void LibraryController::renameTrack() { mnu_Library_Rename_Track(c_); }
-void LibraryController::renameSelection() { mnu_Library_Rename_Selection(c_); }
-void LibraryController::renameAlbum() { mnu_Library_Rename_Album(c_); }
-void LibraryController::renameAll() { mnu_Library_Rename_All(c_); }
-void LibraryController::relocateTrack() { mnu_Library_Relocate_Track(c_); }
-void LibraryController::relocateSelection() { mnu_Library_Relocate_Selection(c_); }
-void LibraryController::relocateAlbum() { mnu_Library_Relocate_Album(c_); }
-void LibraryController::relocateAll() { mnu_Library_Relocate_All(c_); }
+void LibraryController::addMp3() { locked(&mnu_Library_Add_MP3); }
+void LibraryController::scanFolder() { locked(&mnu_Library_Scan_Folder); }
+void LibraryController::scanTree() { locked(&mnu_Library_Scan_Tree); }
+void LibraryController::refresh()
+{
+    With_Library_Lock(c_, [&] { mnu_Library_Refresh(c_); });
+}
+void LibraryController::sort() { locked(&mnu_Library_Sort); }
+void LibraryController::renameTrack() { locked(&mnu_Library_Rename_Track); }
+void LibraryController::renameSelection() { locked(&mnu_Library_Rename_Selection); }
+void LibraryController::renameAlbum() { locked(&mnu_Library_Rename_Album); }
+void LibraryController::renameAll() { locked(&mnu_Library_Rename_All); }
+void LibraryController::relocateTrack() { locked(&mnu_Library_Relocate_Track); }
+void LibraryController::relocateSelection() { locked(&mnu_Library_Relocate_Selection); }
+void LibraryController::relocateAlbum() { locked(&mnu_Library_Relocate_Album); }
+void LibraryController::relocateAll() { locked(&mnu_Library_Relocate_All); }
 
 void LibraryController::exit()
 {

@@ -32,6 +32,7 @@ public:
     void checkOpenLibraryFile(const QString& path);
 
 private:
+    void locked(void (*command)(LibraryContext&));
     LibraryContext c_;
     std::function<void()> quit_;
 };

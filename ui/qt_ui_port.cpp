@@ -110,6 +110,20 @@ Answer QtUiPort::message(const QString& text, const QString& title, Buttons butt
     return answerOf(box.exec(), buttons);
 }
 
+Answer QtUiPort::question(const QString& text, const QString& title, Buttons buttons, Icon icon,
+                          Answer defaultButton)
+{
+    QMessageBox box(boxIcon(icon), title, Display_Text(text), standardButtons(buttons), window_);
+    box.setTextFormat(Qt::PlainText);
+    const QMessageBox::StandardButton preferred = defaultButton == Answer::Yes  ? QMessageBox::Yes
+                                                  : defaultButton == Answer::No ? QMessageBox::No
+                                                  : defaultButton == Answer::Ok ? QMessageBox::Ok
+                                                                                : QMessageBox::Cancel;
+    if (box.button(preferred))
+        box.setDefaultButton(preferred);
+    return answerOf(box.exec(), buttons);
+}
+
 QString QtUiPort::fileDialog(const FileDialogRequest& request)
 {
     QFileDialog dialog(dialogParent(), request.title, request.startFolder);

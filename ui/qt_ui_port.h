@@ -25,6 +25,8 @@ public:
     QtUiPort(QWidget* window, QWidget* list, WindowShield& shield, ProgressPanel& progress);
 
     Answer message(const QString& text, const QString& title, Buttons buttons, Icon icon) override;
+    Answer question(const QString& text, const QString& title, Buttons buttons, Icon icon,
+                    Answer defaultButton) override;
     QString fileDialog(const FileDialogRequest& request) override;
     QString browseForFolder() override;
 

@@ -227,6 +227,15 @@ TEST(CliLibraryWork, ImportsCopyIntoTheRuleFoldersAndLeaveTheSourcesAlone)
         EXPECT_EQ(runCli(args).exitCode, 2) << args.join(' ').toStdString();
     }
     EXPECT_EQ(runCli({"add", env.path("None.vkt"), env.path("One/x.mp3")}).exitCode, 1);
+
+    // In move mode of the settings a confirmed overwrite of a track waiting
+    // in Quarantaine takes the source away.
+    put(env.path("Again/untagged.mp3"), song("", "", "", ""));
+    put(env.path(".config/ZEVSonorit/ZEVSonorit.ini"), "[Import]\nMode=1\n");
+    const CliRun moved = runCli({"--answers", "yes", "add", vkt, env.path("Again/untagged.mp3")});
+    EXPECT_EQ(titlesOf(moved), QStringList{"File exists"});
+    EXPECT_FALSE(QFileInfo::exists(env.path("Again/untagged.mp3")));
+    EXPECT_EQ(readFile(main + "/Quarantaine/untagged.mp3"), song("", "", "", ""));
 }
 
 TEST(CliLibraryWork, RenameAndRelocateTakeTheRowsAsOpenPrintsThem)

@@ -61,6 +61,10 @@ TEST(NamingBuilders, FoldersAreCreatedLevelByLevel)
     EXPECT_EQ(folder(2, "zenith", "X"), lib + "Z/zenith/X");  // the letter upper case, the name as tagged
     EXPECT_EQ(folder(2, "\u00c9mile", "X"), lib + "_#_/\u00c9mile/X");
     EXPECT_EQ(folder(2, ".44", "X"), lib + "_#_/.44/X");
+    EXPECT_EQ(folder(2, "\u00dfa", "X"), lib + "_#_/\u00dfa/X");  // "ß" has no upper case of its own
+    // Names that would stay in or leave their folder.
+    EXPECT_EQ(folder(2, "..", ".."), lib + "_#_/__/__");
+    EXPECT_EQ(folder(2, "Dot", "."), lib + "D/Dot/_");
     EXPECT_EQ(folder(2, "", "Lonely"), lib + "Lonely");  // no prefix level and no artist level
     EXPECT_EQ(folder(2, " AC/DC ", " Back? "), lib + "A/AC_DC/Back");
     EXPECT_EQ(folder(3, "Whoever", "Hits"), lib + "Various Artists/Hits");

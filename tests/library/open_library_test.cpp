@@ -6,6 +6,8 @@
 #include <functional>
 
 #include "library/sort_library.h"
+#include "library/track_import.h"
+#include "tests/support/tagged_mp3.h"
 #include "library/trackfile.h"
 #include "library_fixture.h"
 
@@ -135,7 +137,7 @@ TEST(OpenLibrary, DamagedFilesAreRepairedByRewritingThem)
         {"IDfile missing", [](auto& f, auto&) { QFile::remove(f.files.idfile); }, all},
         {"garbage counts", [](auto& f, auto&) { f.maker.key("ALBUM_COUNT", "lots").key("ID_COUNT", "5 x").write(); },
          all},
-        {"tracks past ID_COUNT", [](auto& f, auto&) { f.maker.key("ALBUM_COUNT", "1").key("ID_COUNT", "1").write(); },
+        {"free IDs naming used slots", [](auto& f, auto&) { writeFile(f.files.idfile, QByteArray("\x02\0\0\0", 4)); },
          all},
         {"last record cut in its text", [](auto&, auto& t) { t.chop(5); }, cut},
         {"last record cut in its header", [](auto&, auto& t) { t.truncate(t.lastIndexOf("TRCK000005") + 7); }, cut},
@@ -245,4 +247,30 @@ TEST(SortLibrary, RewritesInListOrderOrLeavesTheFilesAlone)
     EXPECT_EQ(f.idfile(), QByteArray());
     EXPECT_EQ(f.counts(), "3 of 3");
     EXPECT_TRUE(f.temps().isEmpty());
+}
+
+TEST(OpenLibrary, OnlyIdCountRecordsAreReadAndAFreeHighestSlotIsFilledWhereItStands)
+{
+    // A rewrite on the other platform left an old record behind the last slot.
+    LibraryFixture f;
+    f.maker.track(makeTrack("A", "a", "/m", "1.mp3")).track(makeTrack("Ghost", "g", "/m", "2.mp3"))
+        .key("ID_COUNT", "1").key("ALBUM_COUNT", "1");
+    ASSERT_TRUE(f.open());
+    EXPECT_EQ(f.column(ColFilename), QStringList{"1.mp3"});
+    EXPECT_FALSE(f.ui.events.contains(kSorting));
+    EXPECT_EQ(f.trackfile(), f.listAsTrackfile());  // the tail is cut, so slot 2 appends right behind slot 1
+
+    // The highest slot is free and in the IDfile: an import fills it in place
+    // instead of appending a second record with its tag.
+    LibraryFixture g;
+    g.maker.track(makeTrack("A", "a", "/m", "1.mp3")).freeSlot();
+    ASSERT_TRUE(g.open());
+    ASSERT_EQ(g.lib.Free_IDs, std::vector<std::int32_t>{2});
+    const QString mp3 = g.env.path("in/new.mp3");
+    ASSERT_TRUE(writeTaggedMp3(mp3, {"B", "b", "2", "New", {}, {}}));
+    ASSERT_TRUE(Add_MP3(g.ctx, mp3));
+    EXPECT_EQ(g.column(ColID), (QStringList{"TRACK 1", "TRACK 2"}));
+    EXPECT_EQ(g.trackfile().count("TRCK000002"), 1);
+    EXPECT_EQ(g.trackfile(), g.listAsTrackfile());
+    EXPECT_EQ(g.counts(), "2 of 2");
 }

@@ -73,7 +73,10 @@ TEST(RecordWriters, AFailureAtAnyStepLeavesTheTrackfileAsItWas)
         QStringList steps;
         QByteArray afterSuccess;
     } writers[] = {
-        {"replace", [&] { return Replace_Track_Record(c, 2, "TWO"); }, splice, trackfileOf({"one", "TWO", "three"})},
+        {"replace", [&] { return Replace_Track_Record(c, 2, "TWO!"); }, splice, trackfileOf({"one", "TWO!", "three"})},
+        // A record of the same length is written over itself.
+        {"replace in place", [&] { return Replace_Track_Record(c, 2, "TWO"); }, {"read", "write-record"},
+         trackfileOf({"one", "TWO", "three"})},
         {"blank", [&] { return Blank_Track_Record(c, 2); }, splice, trackfileOf({"one", "", "three"})},
         {"truncate", [&] { return Truncate_At_Track_Record(c, 3); }, {"read", "copy-before", "commit"},
          trackfileOf({"one", "two"})},

@@ -101,11 +101,12 @@ TEST(TrackMoves, RecordFailureIsReportedAndTheMoveStands)
 TEST(TrackMoves, RelocateWithTidyTakesCoversAndRemovesEmptiedFolders)
 {
     WorkFixture f;
-    // An old layout: Main/Old Artist/Old Album/ with two tracks, covers and desktop.ini.
+    // An old layout: Main/Old Artist/Old Album/ with two tracks, covers (one
+    // named in lower case, as a copy from a Windows disk has it) and desktop.ini.
     const QString oldAlbum = f.main + "Old Artist/Old Album";
     writeTaggedMp3(oldAlbum + "/1.mp3", tags("Abba", "Gold", "1", "One"));
     writeTaggedMp3(oldAlbum + "/2.mp3", tags("Abba", "Gold", "2", "Two"));
-    for (const char* extra : {"Folder.jpg", "AlbumArtSmall.jpg", "desktop.ini"})
+    for (const char* extra : {"folder.jpg", "AlbumArtSmall.jpg", "desktop.ini"})
         writeFile(oldAlbum + "/" + extra, extra);
     Add_MP3(f.ctx, oldAlbum + "/1.mp3");
     Add_MP3(f.ctx, oldAlbum + "/2.mp3");
@@ -115,12 +116,12 @@ TEST(TrackMoves, RelocateWithTidyTakesCoversAndRemovesEmptiedFolders)
     EXPECT_EQ(f.pathOf(0), f.main + "A/Abba/Gold/1.mp3");
     EXPECT_EQ(f.filesUnderMain(), (QStringList{"A/Abba/Gold/1.mp3", "Old Artist/Old Album/2.mp3",
                                                "Old Artist/Old Album/AlbumArtSmall.jpg",
-                                               "Old Artist/Old Album/Folder.jpg", "Old Artist/Old Album/desktop.ini"}));
+                                               "Old Artist/Old Album/desktop.ini", "Old Artist/Old Album/folder.jpg"}));
     // The last track with tidy: covers follow, folders go upwards while empty.
     QDir().mkpath(f.main + "Old Artist/Keep");  // ... except one that holds a folder
     ASSERT_TRUE(Relocate_Track(f.ctx, 1, true));
     EXPECT_EQ(f.filesUnderMain(), (QStringList{"A/Abba/Gold/1.mp3", "A/Abba/Gold/2.mp3", "A/Abba/Gold/AlbumArtSmall.jpg",
-                                               "A/Abba/Gold/Folder.jpg"}));
+                                               "A/Abba/Gold/folder.jpg"}));
     EXPECT_FALSE(QDir(oldAlbum).exists());
     EXPECT_TRUE(QDir(f.main + "Old Artist/Keep").exists());
     EXPECT_TRUE(f.recordsMatchList());

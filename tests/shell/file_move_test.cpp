@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <sys/stat.h>
 
+#include "shell/durable_file.h"
 #include "shell/file_copy.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/qt_gtest_print.h"
@@ -46,4 +47,45 @@ TEST(MoveFile, ArrivesWholeOrStaysWhereItWas)
     EXPECT_FALSE(QFileInfo::exists(env.path("b.mp3")));
     EXPECT_EQ(readFile(other.path() + "/c.mp3"), bytes);
     EXPECT_EQ(QFileInfo(other.path() + "/c.mp3").lastModified(), old);
+}
+
+TEST(DurableFile, AWriteThatFailsLeavesTheOldFileAndNoPartOfTheNew)
+{
+    TempEnv env;
+    const QString path = env.path("Trackfile000.tri");
+    const QByteArray old = QByteArray("old record ").repeated(100);
+    writeFile(path, old);
+    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup);
+    const auto leftovers = [&] { return QDir(env.root()).entryList({"*sonorit-partial*"}, QDir::Files | QDir::Hidden); };
+    writeFile(env.path("big"), QByteArray(100000, 'b'));
+    {
+        FileSizeLimit full(4096);  // the disk fills up on the way
+        QString why;
+        EXPECT_FALSE(Write_File_Durably(path, QByteArray(100000, 'n'), &why));
+        EXPECT_FALSE(why.isEmpty());  // the system's reason, for the message
+        EXPECT_FALSE(copyFileKeepingTime(env.path("big"), path));
+    }
+    EXPECT_EQ(readFile(path), old);
+    EXPECT_EQ(leftovers(), QStringList());
+
+    // An abandoned file goes; a finished one takes the old one's permissions.
+    {
+        DurableFile abandoned(path);
+        ASSERT_TRUE(abandoned.open());
+        abandoned.write("half");
+    }
+    EXPECT_EQ(leftovers(), QStringList());
+    ASSERT_TRUE(Write_File_Durably(path, "new"));
+    EXPECT_EQ(readFile(path), "new");
+    struct stat st {};
+    ASSERT_EQ(stat(QFile::encodeName(path).constData(), &st), 0);
+    EXPECT_EQ(st.st_mode & 0777, 0640u);
+
+    // A leftover of a killed writer is removed; one still being written stays.
+    DurableFile live(path);
+    ASSERT_TRUE(live.open());
+    writeFile(env.path(".Trackfile000.tri.sonorit-partial-dead01"), "dead");
+    Remove_Partial_Files(env.root());
+    EXPECT_EQ(leftovers().size(), 1);
+    live.cancelWriting();
 }

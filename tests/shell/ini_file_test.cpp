@@ -3,6 +3,10 @@
 // readable there.
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
+#include <QFile>
+#include <cstdio>
+
 #include "shell/ini_file.h"
 #include "tests/support/qt_gtest_print.h"
 #include "tests/support/temp_env.h"
@@ -66,4 +70,29 @@ TEST(IniFile, WritesInPlaceIntoItsSectionOrAppends)
     EXPECT_TRUE(ini.write("GENERAL", "ID_COUNT", "3"));
     EXPECT_EQ(ini.read("GENERAL", "LIB_FOLDER", ""), "/M\u00fcsik/");
     EXPECT_EQ(ini.read("GENERAL", "ID_COUNT", ""), "3");
+}
+
+TEST(IniFile, ALargeFileIsReadOncePerChangeNotOncePerKey)
+{
+    TempEnv env;
+    const QString path = env.path("big.vkt");
+    QByteArray bytes = "[GENERAL]\nID_COUNT=3\n[NOTES]\n";
+    for (int i = 0; i < 200000; ++i)
+        bytes += "NOTE_" + QByteArray::number(i) + "=" + QByteArray(30, 'x') + "\n";
+    bytes += "[DETAILS]\nPREFIX=False\n";
+    writeFile(path, bytes);  // 8 MB
+    const IniFile ini(path);
+    QElapsedTimer took;
+    took.start();
+    for (int i = 0; i < 60; ++i) {
+        EXPECT_EQ(ini.read("general", "id_count", "0"), "3");
+        EXPECT_EQ(ini.read("DETAILS", "PREFIX", "True"), "False");
+        EXPECT_TRUE(ini.write("GENERAL", "ID_COUNT", "3"));  // unchanged: not written
+    }
+    EXPECT_LT(took.elapsed(), 3000);  // once per key, this took half a minute
+    // A change by another writer is seen at once.
+    const QByteArray changed = readFile(path).replace("ID_COUNT=3", "ID_COUNT=4");
+    writeFile(env.path("other"), changed);
+    std::rename(QFile::encodeName(env.path("other")).constData(), QFile::encodeName(path).constData());
+    EXPECT_EQ(ini.read("GENERAL", "ID_COUNT", "0"), "4");
 }

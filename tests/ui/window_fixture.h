@@ -67,6 +67,17 @@ inline ModalAnswer pressButton(QStringList& seen, QMessageBox::StandardButton bu
     };
 }
 
+// Records the title and what Enter would press, then presses `button`.
+inline ModalAnswer noteDefaultThenPress(QStringList& seen, QMessageBox::StandardButton button)
+{
+    return [&seen, button](QWidget* modal) {
+        auto* box = qobject_cast<QMessageBox*>(modal);
+        ASSERT_NE(box, nullptr) << modal->windowTitle().toStdString();
+        seen << box->windowTitle() + " default " + (box->defaultButton() ? box->defaultButton()->text() : "none");
+        box->button(button)->click();
+    };
+}
+
 // A file or folder dialog answered with `path`, typed as a user would:
 // selectFile() leaves a focused name field alone. `seen` gets its title.
 inline ModalAnswer typePath(QStringList& seen, const QString& path)
