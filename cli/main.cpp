@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "cli/cli_context.h"
+#include "shell/settings_families.h"
 
 using namespace sonorit;
 using namespace sonorit::cli;
@@ -123,8 +124,12 @@ int main(int argc, char** argv)
         if (!tagVerb)
             app.emplace(argc, argv);
         AppState state(AppPaths::fromEnvironment(tagVerb ? programFolder() : QCoreApplication::applicationDirPath()));
-        if (!tagVerb)
+        if (!tagVerb) {
             QDir().mkpath(state.paths.Data_Folder);
+            // Tracks read by the library and the player honour the tag
+            // settings too; a bad value there is the tag verbs' to report.
+            Get_Tag_Settings(state);
+        }
         LibraryState lib;
         CliContext context{state, lib, ui};
         const int rc = e.run(context, args);

@@ -11,6 +11,7 @@ namespace sonorit {
 void Track_Fields_From_File(LibraryContext& c, const QString& path, TrackRow& row)
 {
     TagState tags(c.app.Data_Folder());
+    tags.Read_Other_Versions = c.app.Tag_Read_Other;
     Read_Tag2(tags, path, Tag2Mode::Import);
     const Tag2FieldSet& t = tags.Tag2_Fields;
     row[ColArtist] = t.Artist;

@@ -163,6 +163,7 @@ void Player::Play_Track()
         s.Scroll_Text = name + QString(20, QLatin1Char(' '));
         if (!nonMp3) {
             TagState tags;
+            tags.Read_Other_Versions = c_.app.Tag_Read_Other;
             s.Has_Lyrics = Read_Synced_Lyrics(tags, source);
             if (s.Has_Lyrics)
                 s.Lyrics = std::move(tags.Lyrics);

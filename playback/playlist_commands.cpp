@@ -34,6 +34,7 @@ PlayRow PlaylistCommands::readEntryRow(const QString& path)
 {
     // No data folder: the walk leaves pictures alone.
     TagState tags;
+    tags.Read_Other_Versions = c_.app.Tag_Read_Other;
     Read_Tag2(tags, path, Tag2Mode::Import);
     const Tag2FieldSet& f = tags.Tag2_Fields;
     QString time = f.Time;
