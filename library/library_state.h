@@ -51,11 +51,17 @@ struct LibraryState {
     } lastRecord;
     // While a command renames or relocates many rows, each record is written
     // as its file moves, from a copy of the Trackfile kept here, so that the
-    // file is read once per command and not once per row.
+    // file is read once per command and not once per row. A record whose
+    // length changes goes to the journal beside the Trackfile (`pending`
+    // holds what this session wrote there); the image gets it when the
+    // journal is flushed into the Trackfile.
     struct RecordSession {
         bool active = false;
         bool loaded = false;
         QByteArray image;
+        bool journaled = false;
+        int journalFd = -1;
+        QByteArray pending;
     } records;
 
     // The Trackfile as this program last read or wrote it, so that a change

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 
 #include "library/library_lock.h"
+#include "library/track_journal.h"
 #include "library/slots.h"
 #include "library/sort_library.h"
 #include "library/trackfile.h"
@@ -314,6 +315,17 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
             selectFirst(c);
         return false;
     }
+    // What a killed rename or relocate left in its journal goes into the
+    // Trackfile; while another program holds the library, only in memory.
+    bool replayedInMemory = false;
+    QByteArray journal;
+    if (Read_Track_Journal(a.Trackfile, &journal)) {
+        records = Apply_Track_Journal(records, journal);
+        LibraryLock lock;
+        replayedInMemory = !lock.acquire(a.Trackfile, 0) || !Write_File_Durably(a.Trackfile, records);
+        if (!replayedInMemory)
+            QFile::remove(Track_Journal_Path(a.Trackfile));
+    }
 
     a.IDfile = vkt.read(kGeneral, QStringLiteral("FREEID_NAME"), QString());
     c.lib.ID_COUNT = static_cast<int>(idCount);
@@ -333,7 +345,7 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     const ReadOutcome read = readRecords(c, records, trackTotal, via == OpenVia::Menu);
     if (read.error || read.mismatch || dropImpossibleFreeIds(c, read.used))
         needsSort = true;
-    else if (read.end < records.size())
+    else if (read.end < records.size() && !replayedInMemory)
         cutOldTail(c, read.end);
 
     if (via == OpenVia::Path) {

@@ -286,7 +286,7 @@ void Begin_Record_Batch(LibraryContext& c)
 
 void End_Record_Batch(LibraryContext& c)
 {
-    c.lib.records = {};
+    End_Track_Session(c);
     End_Sync_Batch();
 }
 

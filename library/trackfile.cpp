@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <vector>
 
@@ -9,6 +10,10 @@
 #include "shell/bounded_read.h"
 #include "shell/durable_file.h"
 #include "shell/ui_port.h"
+#include "library/track_journal.h"
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace sonorit {
 
@@ -71,6 +76,68 @@ bool writeInPlace(LibraryContext& c, qint64 at, const QByteArray& record)
     return Sync_Written_Or_Defer(f.handle(), c.app.Trackfile);
 }
 
+bool writeAll(int fd, const char* data, qint64 size)
+{
+    while (size > 0) {
+        const ssize_t n = ::write(fd, data, size_t(size));
+        if (n <= 0)
+            return false;
+        data += n;
+        size -= n;
+    }
+    return true;
+}
+
+// One record added to the session's journal through the descriptor the
+// session keeps open; a failed append is cut off again, so the journal never
+// ends in half a record this program still counts on.
+bool appendToJournal(LibraryContext& c, const QByteArray& record)
+{
+    LibraryState::RecordSession& s = c.lib.records;
+    const QString path = Track_Journal_Path(c.app.Trackfile);
+    if (s.journalFd < 0) {
+        s.journalFd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+        if (s.journalFd < 0)
+            return false;
+        Sync_Folder_Of(path);
+    }
+    const off_t oldSize = ::lseek(s.journalFd, 0, SEEK_END);
+    const qint64 half = record.size() / 2;
+    const bool ok = oldSize >= 0 && writeAll(s.journalFd, record.constData(), half) && !c.lib.failAt("journal")
+                    && writeAll(s.journalFd, record.constData() + half, record.size() - half)
+                    && Sync_Written_Or_Defer(s.journalFd, path);
+    if (!ok) {
+        if (oldSize >= 0 && ::ftruncate(s.journalFd, oldSize) != 0)
+            s.journaled = true;  // whatever stands there is read with its torn tail ignored
+        return false;
+    }
+    s.pending += record;
+    s.journaled = true;
+    return true;
+}
+
+void closeJournal(LibraryState::RecordSession& s)
+{
+    if (s.journalFd >= 0)
+        ::close(s.journalFd);
+    s.journalFd = -1;
+}
+
+// Before a change other than a Replace of the session, and before any change
+// at all when a killed program left a journal: the journal goes into the
+// Trackfile first, so every write below sees the records as they stand.
+bool settleJournal(LibraryContext& c, bool replace)
+{
+    LibraryState::RecordSession& s = c.lib.records;
+    if (s.active && s.journaled)
+        return replace || Flush_Track_Journal(c);
+    if (!QFile::exists(Track_Journal_Path(c.app.Trackfile)))
+        return true;
+    s.loaded = false;
+    c.lib.lastRecord = {};
+    return Settle_Track_Journal(c.app.Trackfile);
+}
+
 // One attempt of a rewrite of some slots. The successor is built in memory
 // and written beside the Trackfile, which it replaces only once all of it is
 // on the disk, so a failure at any step leaves the Trackfile as it was.
@@ -96,6 +163,18 @@ Outcome spliceOnce(LibraryContext& c, const std::map<int, Change>& changes)
     }
     std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.start < b.start; });
     c.ui.yield();
+
+    // During a session a record that changes length goes to the journal, and
+    // once one has, so does every later one: the Trackfile on the disk then
+    // stays as the session found it and the image, until the next flush.
+    LibraryState::RecordSession& s = c.lib.records;
+    if (s.active && places.size() == 1 && places[0].change->kind == Splice::Replace) {
+        const Place& p = places[0];
+        const QByteArray body = p.change->text + '\0';
+        const QByteArray record = header(file.mid(p.start, 10), quint32(body.size())) + body;
+        if (s.journaled || record.size() != p.end - p.start)
+            return appendToJournal(c, record) ? Outcome::Done : Outcome::Failed;
+    }
 
     QByteArray next;
     next.reserve(file.size() + 64);
@@ -216,7 +295,7 @@ qint64 Find_Track_Slot(const QByteArray& file, int id, qint64* recordEnd)
     qint64 pos = 0;
     while (pos + kHeaderSize <= file.size()) {
         const qint64 next = pos + kHeaderSize + lengthOf(file.constData() + pos);
-        if (file.mid(pos, 10) == tag) {
+        if (std::memcmp(file.constData() + pos, tag.constData(), 10) == 0) {
             if (next > file.size())
                 return -1;
             *recordEnd = next;
@@ -227,11 +306,42 @@ qint64 Find_Track_Slot(const QByteArray& file, int id, qint64* recordEnd)
     return -1;
 }
 
+bool Flush_Track_Journal(LibraryContext& c)
+{
+    LibraryState::RecordSession& s = c.lib.records;
+    if (!s.journaled)
+        return true;
+    // While journaled the Trackfile on the disk is the image; the journal
+    // holds what the session wrote since.
+    const QByteArray next = Apply_Track_Journal(s.image, s.pending);
+    DurableFile out(c.app.Trackfile);
+    if (!out.open() || c.lib.failAt("flush") || out.write(next) != next.size() || !out.commit())
+        return false;
+    // A kill before the journal is gone leaves it to be applied again, to
+    // the same result.
+    closeJournal(s);
+    QFile::remove(Track_Journal_Path(c.app.Trackfile));
+    s.image = next;
+    s.pending.clear();
+    s.journaled = false;
+    c.lib.lastRecord = {};
+    return true;
+}
+
+void End_Track_Session(LibraryContext& c)
+{
+    Flush_Track_Journal(c);  // a journal that stays is applied when the library is next opened
+    closeJournal(c.lib.records);
+    c.lib.records = {};
+}
+
 bool Replace_Track_Record(LibraryContext& c, int id, const QString& text)
 {
     const QByteArray bytes = text.toUtf8();
-    if (bytes.size() > kMaxTextBytes)
+    if (bytes.size() > kMaxTextBytes || !settleJournal(c, true))
         return false;
+    if (c.lib.records.journaled)
+        return splice(c, id, Splice::Replace, bytes);
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         switch (replaceLastRecord(c, id, Encode_Track_Record(id, text))) {
         case InPlace::Done:
@@ -248,18 +358,18 @@ bool Replace_Track_Record(LibraryContext& c, int id, const QString& text)
 
 bool Blank_Track_Record(LibraryContext& c, int id)
 {
-    return splice(c, id, Splice::Blank, QByteArray());
+    return settleJournal(c, false) && splice(c, id, Splice::Blank, QByteArray());
 }
 
 bool Truncate_At_Track_Record(LibraryContext& c, int id)
 {
-    return splice(c, id, Splice::Truncate, QByteArray());
+    return settleJournal(c, false) && splice(c, id, Splice::Truncate, QByteArray());
 }
 
 bool Append_Track_Record(LibraryContext& c, int id, const QString& text)
 {
     const QByteArray record = Encode_Track_Record(id, text);
-    if (record.isEmpty())
+    if (record.isEmpty() || !settleJournal(c, false))
         return false;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         QFile f(c.app.Trackfile);

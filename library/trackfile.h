@@ -24,6 +24,13 @@ bool Append_Track_Record(LibraryContext& c, int id, const QString& text);
 bool Blank_Track_Record(LibraryContext& c, int id);
 bool Truncate_At_Track_Record(LibraryContext& c, int id);
 
+// While a session is active (see LibraryState::RecordSession), writes the
+// image with the session's journal applied to the Trackfile and removes the
+// journal; false leaves both as they were.
+bool Flush_Track_Journal(LibraryContext& c);
+// Flushes and ends the session.
+void End_Track_Session(LibraryContext& c);
+
 // The byte offset of a slot found by hopping from record to record, -1 if the
 // file ends first. `recordEnd` receives the offset behind the slot's record.
 qint64 Find_Track_Slot(const QByteArray& file, int id, qint64* recordEnd);

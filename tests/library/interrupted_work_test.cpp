@@ -13,8 +13,8 @@ using namespace sonorit::test;
 
 namespace {
 
-const char* const kSteps[] = {"import-copy", "add-record", "append", "read", "copy-before", "write-record",
-                              "copy-after",  "commit",     "relocate-move", "move-record", "sort-write",
+const char* const kSteps[] = {"import-copy", "add-record", "append", "read", "journal", "write-record",
+                              "flush",       "relocate-move", "move-record", "sort-write",
                               "sort-commit"};
 
 // Every row's file exists and every mp3 under the Main Folder is listed once.
