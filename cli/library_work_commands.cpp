@@ -8,7 +8,7 @@
 #include <functional>
 #include <optional>
 
-#include "cli/cli_context.h"
+#include "cli/library_verb.h"
 #include "library/library_lock.h"
 #include "library/lifecycle.h"
 #include "shell/durable_file.h"
@@ -24,55 +24,6 @@ namespace sonorit::cli {
 
 namespace {
 
-QString absolute(const QString& path) { return QFileInfo(path).absoluteFilePath(); }
-
-int usageError(const QString& text)
-{
-    reportError(text);
-    return ExitUsage;
-}
-
-// Lengths of tracks whose first frame is damaged come from the decoder while
-// the command runs.
-class DecoderLengths {
-public:
-    explicit DecoderLengths(LibraryState& lib) : lib_(lib) { lib_.durations = &probe_; }
-    ~DecoderLengths() { lib_.durations = nullptr; }
-    DecoderLengths(const DecoderLengths&) = delete;
-    DecoderLengths& operator=(const DecoderLengths&) = delete;
-
-private:
-    LibraryState& lib_;
-    GstDurationProbe probe_;
-};
-
-enum class Lengths { Tags, Decoder };
-
-// Opens LIB.vkt, runs the command on it and prints the rows it leaves. The
-// command may still end in a usage error once it sees the list.
-int onLibrary(CliContext& c, const QString& vkt, Lengths lengths, const std::function<int(LibraryContext&)>& command)
-{
-    std::optional<DecoderLengths> decoder;
-    if (lengths == Lengths::Decoder)
-        decoder.emplace(c.lib);
-    // The lock is held from before the library is read until the command
-    // ends, so that a second writer neither reads a half-changed library nor
-    // overwrites what this one wrote.
-    LibraryLock lock;
-    const QString trackfile = IniFile(absolute(vkt)).read(QStringLiteral("GENERAL"), QStringLiteral("ALBUMLIB_NAME"), {});
-    if (!trackfile.isEmpty() && !lock.acquire(trackfile)) {
-        reportError(Library_In_Use_Text());
-        return int(ExitFailed);
-    }
-    if (const int rc = openLibrary(c, vkt); rc != ExitOk)
-        return rc;
-    LibraryContext lc = c.library();
-    if (const int rc = command(lc); rc != ExitOk)
-        return rc;
-    printRows(c.lib.MP3_List);
-    return ExitOk;
-}
-
 // The import mode of the settings (copy or move), as the window program
 // reads it at start.
 void readImportMode(CliContext& c)
@@ -80,10 +31,6 @@ void readImportMode(CliContext& c)
     c.app.Import_Mode = static_cast<int>(Val(c.app.settings.GetSetting(QStringLiteral("Import"), QStringLiteral("Mode"),
                                                                        QStringLiteral("0"))));
 }
-
-// The file or folder the command names answers the dialog the flow opens
-// first, ahead of the --dialog values.
-void answerNextDialog(CliContext& c, const QString& value) { c.ui.dialogs.push_front(value); }
 
 const CliCommand newCommand("new", "new LIB.vkt", [](CliContext& c, const QStringList& args) {
     if (args.size() != 1)
@@ -229,21 +176,11 @@ int namingCommand(CliContext& c, const QStringList& args, bool rename)
     if (!scope)
         return usageError(QStringLiteral("the scope is track, selection, album or all: ") + args[1]);
     std::vector<int> rows;
-    for (const QString& text : args.mid(2)) {
-        bool ok = false;
-        const int row = text.toInt(&ok);
-        if (!ok || row < 1)
-            return usageError(QStringLiteral("a row is a number from 1: ") + text);
-        rows.push_back(row - 1);
-    }
+    if (const int rc = parseRows(args.mid(2), rows); rc != ExitOk)
+        return rc;
     return onLibrary(c, args[0], Lengths::Tags, [&](LibraryContext& lc) {
-        TrackList& list = lc.lib.MP3_List;
-        for (const int row : rows) {
-            if (row >= list.count())
-                return usageError(QStringLiteral("row %1 is not in the list of %2 rows").arg(row + 1).arg(list.count()));
-        }
-        if (!rows.empty())
-            list.setSelection(rows, rows.front());
+        if (const int rc = selectRows(lc.lib.MP3_List, rows); rc != ExitOk)
+            return rc;
         (rename ? scope->rename : scope->relocate)(lc);
         return int(ExitOk);
     });

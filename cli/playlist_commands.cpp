@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "cli/cli_context.h"
+#include "cli/library_verb.h"
 #include "playback/dup_scan.h"
 #include "playback/playlist_files.h"
 #include "playback/silent_graph.h"
@@ -12,12 +12,6 @@
 namespace sonorit::cli {
 
 namespace {
-
-int usageError(const QString& text)
-{
-    reportError(text);
-    return ExitUsage;
-}
 
 // The playback core on the command line's state.
 struct SilentPlayback {
@@ -32,11 +26,6 @@ struct SilentPlayback {
     PlaylistCommands commands;
     PlaylistFiles files;
 };
-
-QString absolute(const QString& path)
-{
-    return QFileInfo(path).absoluteFilePath();
-}
 
 // One line per row of Play_List, then the count.
 void printPlaylist(const PlaybackState& s)
@@ -133,21 +122,12 @@ int queueCommand(CliContext& c, const QStringList& args)
     if (!verb)
         return usageError(QStringLiteral("unknown queue command: ") + args[1]);
     std::vector<int> rows;
-    for (const QString& text : args.mid(2)) {
-        bool ok = false;
-        const int row = text.toInt(&ok);
-        if (!ok || row < 1)
-            return usageError(QStringLiteral("a row is a number from 1: ") + text);
-        rows.push_back(row - 1);
-    }
+    if (const int rc = parseRows(args.mid(2), rows); rc != ExitOk)
+        return rc;
     if (const int opened = openLibrary(c, args[0]); opened != ExitOk)
         return opened;
-    TrackList& list = c.lib.MP3_List;
-    for (const int row : rows)
-        if (row >= list.count())
-            return usageError(QStringLiteral("row %1 is not in the list of %2 rows").arg(row + 1).arg(list.count()));
-    if (!rows.empty())
-        list.setSelection(rows, rows.front());
+    if (const int rc = selectRows(c.lib.MP3_List, rows); rc != ExitOk)
+        return rc;
     SilentPlayback p(c);
     (p.commands.*verb->run)();
     printPlaylist(p.play);
@@ -197,14 +177,11 @@ int dupsCommand(CliContext& c, const QStringList& args)
     const bool remove = args.size() > 1;
     if (remove && (args[1] != QLatin1String("--remove") || args.size() < 3))
         return usageError(QStringLiteral("dups FILE.m3u [--remove ROW...]"));
-    std::vector<int> ticked;
-    for (const QString& text : args.mid(2)) {
-        bool ok = false;
-        const int row = text.toInt(&ok);
-        if (!ok || row < 1)
-            return usageError(QStringLiteral("a row is a number from 1: ") + text);
-        ticked.push_back(row);
-    }
+    std::vector<int> ticked;  // from 1, as the duplicate groups count
+    if (const int rc = parseRows(args.mid(2), ticked); rc != ExitOk)
+        return rc;
+    for (int& row : ticked)
+        ++row;
     SilentPlayback p(c);
     const QString list = absolute(args[0]);
     if (!p.files.openFile(list, false)) {
