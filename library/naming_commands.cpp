@@ -11,23 +11,20 @@ namespace {
 
 enum class Action { Rename, Relocate };
 
-// The rows of the selected track's album: the selected row first, then the
-// other rows of the same album (and artist, unless it is a various-artists
-// album) by rising index. Empty after the "Unknown" message.
-std::vector<int> albumRows(LibraryContext& c)
+}  // namespace
+
+std::vector<int> Album_Rows(LibraryContext& c, const AlbumMessages& unknown)
 {
     const TrackList& list = c.lib.MP3_List;
     const int sel = list.selected();
     const TrackRow& s = list.row(sel);
     const bool various = s[ColVA] == QLatin1String("Yes");
     if (various && s[ColAlbum].isEmpty()) {
-        c.ui.message(QStringLiteral("No Album known for this Track"), QStringLiteral("Unknown Album"), Buttons::Ok,
-                     Icon::None);
+        c.ui.message(unknown.albumText, unknown.albumTitle, Buttons::Ok, Icon::None);
         return {};
     }
     if (!various && (s[ColArtist].isEmpty() || s[ColAlbum].isEmpty())) {
-        c.ui.message(QStringLiteral("No Artist and/or Album known for this Track"),
-                     QStringLiteral("Unknown Artist and/or Album"), Buttons::Ok, Icon::None);
+        c.ui.message(unknown.artistText, unknown.artistTitle, Buttons::Ok, Icon::None);
         return {};
     }
     std::vector<int> rows{sel};
@@ -39,6 +36,15 @@ std::vector<int> albumRows(LibraryContext& c)
             rows.push_back(i);
     }
     return rows;
+}
+
+namespace {
+
+std::vector<int> albumRows(LibraryContext& c)
+{
+    return Album_Rows(c, {QStringLiteral("Unknown Album"), QStringLiteral("No Album known for this Track"),
+                          QStringLiteral("Unknown Artist and/or Album"),
+                          QStringLiteral("No Artist and/or Album known for this Track")});
 }
 
 // The indexes are taken before the first change and not corrected when a
