@@ -1,0 +1,244 @@
+// Backup over real trees of LAME files: the first mirror, the incremental
+// second with its clean-up, tracks whose files went missing, the location
+// check, the refusals, a full backup medium and a FAT medium.
+#include <gtest/gtest.h>
+
+#include "backup_fixture.h"
+#include "library/refresh.h"
+#include "tests/support/fat_mount.h"
+#include "tests/support/small_fs.h"
+
+using namespace sonorit;
+using namespace sonorit::test;
+
+TEST(Backup, FirstRunMirrorsTheTreeAndTheSecondCopiesOnlyWhatChanged)
+{
+    BackupFixture f;
+    const QString one = f.track("A/Abba/Gold/01.mp3", "One");
+    const QString two = f.track("A/Abba/Gold/02.mp3", "Two");
+    const QString gone = f.track("B/Band/Live/gone.mp3", "Gone");
+    const QString kept = f.track("B/Band/Live/kept.mp3", "Kept");
+    const QString loose = f.track("loose.mp3", "Loose");
+    writeFile(f.main + "A/Abba/Gold/Folder.jpg", "cover one");
+    writeFile(f.main + "A/Abba/Gold/notes.txt", "not for the backup");
+
+    ASSERT_TRUE(f.firstBackup());
+    EXPECT_EQ(f.ui.titles(), (QStringList{"Location check!", "Info", "Backup report"}));
+    EXPECT_EQ(f.ui.messages[0].text,
+              "Before making this Backup all tracks will be checked to see if they are located inside the current "
+              "Library Folder. Any track located outside this Library Folder will be relocated!\n\r"
+              "Proceed with Backup procedure?");
+    EXPECT_EQ(f.ui.messages[0].icon, Icon::Warning);
+    EXPECT_EQ(f.ui.messages[1].text, "Please select backup media and main folder on next step.");
+    EXPECT_EQ(f.report(), "5 tracks in Library.\n\r5 tracks added to backup folder.\n\r0 tracks updated.");
+    EXPECT_EQ(f.general("BAK_FOLDER"), f.bak);
+    EXPECT_EQ(f.app.Backup_Folder, f.bak);
+    EXPECT_EQ(f.app.options.backupFolderText, f.bak);
+    EXPECT_TRUE(f.ui.events.contains("label17:Backup tracks to " + f.bak));
+    EXPECT_TRUE(f.ui.events.contains("label18:Saving Track loose.mp3 to " + f.bak.chopped(1)));
+    EXPECT_TRUE(f.ui.events.contains("label18:Saving Folder.jpg to " + f.bak + "A/Abba/Gold"));
+    f.expectMirrored();
+    EXPECT_EQ(filesBelow(f.bak).keys(), (QStringList{"A/Abba/Gold/01.mp3", "A/Abba/Gold/02.mp3",
+                                                     "A/Abba/Gold/Folder.jpg", "B/Band/Live/gone.mp3",
+                                                     "B/Band/Live/kept.mp3", "loose.mp3"}));
+    EXPECT_FALSE(f.ui.locked);
+    EXPECT_FALSE(f.ui.shielded);
+
+    // The changes between the runs: one track new, one newer, one gone from
+    // the library, a copy newer than its track, covers new and newer, and
+    // in the backup a copy no track accounts for, a folder of such, and what
+    // a killed copy left.
+    const QString three = f.track("A/Abba/Gold/03.mp3", "Three");
+    writeTaggedMp3(one, tags("Abba", "Gold", "1", "One, edited"), {0.4});
+    setMtime(one, mtimeNs(one) + kHour * 1000000000LL);
+    QFile::remove(gone);
+    f.ui.answers = {Answer::No};
+    mnu_Library_Refresh(f.ctx);
+    writeFile(f.bak + "B/Band/Live/kept.mp3", "a copy newer than its track");
+    setMtime(f.bak + "B/Band/Live/kept.mp3", mtimeNs(kept) + kHour * 1000000000LL);
+    writeFile(f.main + "A/Abba/Gold/Folder.jpg", "cover two");
+    setMtime(f.main + "A/Abba/Gold/Folder.jpg", mtimeNs(f.bak + "A/Abba/Gold/Folder.jpg") + 5000000000LL);
+    writeFile(f.main + "A/Abba/Gold/AlbumArtSmall.jpg", "small");
+    writeTaggedMp3(f.bak + "A/Abba/Gold/extra.mp3", tags("X", "Y", "1", "Extra"), {0.3});
+    writeTaggedMp3(f.bak + "Old/Deeper/old.mp3", tags("X", "Y", "1", "Old"), {0.3});
+    writeFile(f.bak + "Old/Deeper/Folder.jpg", "old cover");
+    writeFile(f.bak + "Old/Deeper/desktop.ini", "[.ShellClassInfo]");
+    writeTaggedMp3(f.bak + "Kept/mine.mp3", tags("X", "Y", "1", "Mine"), {0.3});
+    writeFile(f.bak + "Kept/letter.txt", "the user's own");
+    writeFile(f.bak + "A/Abba/Gold/.02.mp3.sonorit-partial-AbCdEf", "half a copy");
+    const auto libraryBefore = filesBelow(f.main);
+
+    ASSERT_TRUE(f.nextBackup());
+    EXPECT_EQ(f.ui.titles(), (QStringList{"Location check!", "Select Backup folder", "Backup report"}));
+    EXPECT_EQ(f.ui.messages[1].text, "The current Backup folder is set to:\n\r" + f.bak + "\n\rUse this folder?");
+    EXPECT_EQ(f.report(), "5 tracks in Library.\n\r1 tracks added to backup folder.\n\r1 tracks updated.");
+    for (const char* label : {"label18:Refreshing Track 01.mp3", "label18:Refreshing Folder.jpg",
+                              "label17:Removing non-existing Library tracks from Backup"})
+        EXPECT_TRUE(f.ui.events.contains(label)) << label;
+    EXPECT_TRUE(f.ui.events.contains("label18:Saving AlbumArtSmall.jpg to " + f.bak + "A/Abba/Gold"));
+    EXPECT_TRUE(f.ui.events.contains("label18:Saving Track 03.mp3 to " + f.bak + "A/Abba/Gold"));
+    EXPECT_TRUE(f.ui.events.contains("label18:Removing extra.mp3 from " + f.bak + "A/Abba/Gold"));
+    EXPECT_TRUE(f.ui.events.contains("label18:Confirming " + f.bak + "A/Abba/Gold/01.mp3"));
+
+    EXPECT_EQ(filesBelow(f.main), libraryBefore);  // the library is only read
+    f.expectMirrored({"B/Band/Live/kept.mp3"});
+    EXPECT_EQ(readFile(f.bak + "B/Band/Live/kept.mp3"), "a copy newer than its track");
+    EXPECT_EQ(readFile(f.bak + "A/Abba/Gold/Folder.jpg"), "cover two");
+    EXPECT_EQ(mtimeNs(f.bak + "A/Abba/Gold/AlbumArtSmall.jpg"), mtimeNs(f.main + "A/Abba/Gold/AlbumArtSmall.jpg"));
+    EXPECT_EQ(filesBelow(f.bak).keys(),
+              (QStringList{"A/Abba/Gold/01.mp3", "A/Abba/Gold/02.mp3", "A/Abba/Gold/03.mp3",
+                           "A/Abba/Gold/AlbumArtSmall.jpg", "A/Abba/Gold/Folder.jpg", "B/Band/Live/kept.mp3",
+                           "Kept/letter.txt", "loose.mp3"}));
+    EXPECT_FALSE(QFileInfo::exists(f.bak + "Old"));  // emptied, the folder above too
+    EXPECT_TRUE(QFileInfo(f.bak + "Kept").isDir());
+
+    // A third run finds nothing to do.
+    const auto backupBefore = filesBelow(f.bak);
+    ASSERT_TRUE(f.nextBackup());
+    EXPECT_EQ(f.report(), "5 tracks in Library.\n\r0 tracks added to backup folder.\n\r0 tracks updated.");
+    EXPECT_EQ(filesBelow(f.bak), backupBefore);
+}
+
+TEST(Backup, ATrackWhoseFileIsGoneIsRestoredOrItsCopyRemovedAsAnswered)
+{
+    const struct {
+        Answer restore;
+        bool fileBack, copyKept;
+        QStringList titles;
+    } rows[] = {
+        {Answer::Yes, true, true, {"Location check!", "Select Backup folder", "Restore missing track?", "Backup report"}},
+        {Answer::No, false, false,
+         {"Location check!", "Select Backup folder", "Restore missing track?", "Backup report",
+          "Library not up-to-date", "Refresh Report"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.restore == Answer::Yes ? "yes" : "no");
+        BackupFixture f;
+        const QString lost = f.track("A/Abba/Gold/lost.mp3", "Lost");
+        f.track("A/Abba/Gold/stays.mp3", "Stays");
+        ASSERT_TRUE(f.firstBackup());
+        const Seen copy{readFile(f.bak + "A/Abba/Gold/lost.mp3"), mtimeNs(f.bak + "A/Abba/Gold/lost.mp3")};
+        QFile::remove(lost);
+
+        // No: the copy goes, and the refresh asked for drops the row.
+        ASSERT_TRUE(f.nextBackup({row.restore, Answer::Ok, Answer::Yes}));
+        EXPECT_EQ(f.ui.titles(), row.titles);
+        EXPECT_EQ(f.ui.messages[2].text,
+                  "The current library refers to track lost.mp3.\n\rThis track don't exist any longer, however...\n\r"
+                  "the track is still available in the current backup.\n\rDo you want to restore that track?");
+        EXPECT_EQ(QFileInfo::exists(lost), row.fileBack);
+        EXPECT_EQ(QFileInfo::exists(f.bak + "A/Abba/Gold/lost.mp3"), row.copyKept);
+        if (row.fileBack) {
+            EXPECT_EQ((Seen{readFile(lost), mtimeNs(lost)}), copy);
+            EXPECT_TRUE(f.ui.events.contains("label18:Restoring Track lost.mp3 to " + f.main + "A/Abba/Gold"));
+            EXPECT_EQ(f.lib.MP3_List.count(), 2);
+        } else {
+            EXPECT_EQ(f.ui.messages[4].text,
+                      "One or more tracks in the current library don't exist anymore!\n\r"
+                      "Do you want to refresh the current library?");
+            EXPECT_TRUE(f.ui.events.contains("label18:Removing Track lost.mp3 from " + f.bak + "A/Abba/Gold"));
+            EXPECT_EQ(f.lib.MP3_List.count(), 1);
+        }
+    }
+}
+
+TEST(Backup, TracksOutsideTheMainFolderMoveInFirstAndTheUsersNoStops)
+{
+    BackupFixture f;
+    f.track("A/Abba/Gold/01.mp3", "One");
+    ASSERT_TRUE(Add_MP3(f.ctx, f.source("elsewhere/x.mp3", tags("Cream", "Wheels", "2", "White Room"))));
+
+    // No to the check, or a cancelled folder choice: nothing happens.
+    f.ui.answers = {Answer::No};
+    EXPECT_TRUE(mnu_Library_Backup(f.ctx));
+    f.ui.answers = {Answer::Yes, Answer::Ok};
+    EXPECT_TRUE(mnu_Library_Backup(f.ctx));
+    EXPECT_EQ(f.ui.titles(), (QStringList{"Location check!", "Location check!", "Info"}));
+    EXPECT_FALSE(QFileInfo::exists(f.bak));
+    EXPECT_EQ(f.general("BAK_FOLDER"), "<none>");
+
+    ASSERT_TRUE(f.firstBackup());
+    EXPECT_TRUE(f.ui.events.contains("label17:Checking track locations in current Library"));
+    EXPECT_TRUE(f.ui.events.contains("label18:Relocating x.mp3"));
+    EXPECT_EQ(f.pathOf(1), f.main + "C/Cream/Wheels/x.mp3");
+    EXPECT_FALSE(QFileInfo::exists(f.env.path("Src/elsewhere/x.mp3")));
+    EXPECT_EQ(readFile(f.bak + "C/Cream/Wheels/x.mp3"), readFile(f.pathOf(1)));
+    EXPECT_TRUE(f.recordsMatchList());
+}
+
+TEST(Backup, AFolderThatOverlapsTheLibraryIsRefused)
+{
+    for (const char* rel : {"", "A", "..", "../.."}) {
+        SCOPED_TRACE(rel);
+        BackupFixture f;
+        const QString one = f.track("A/Abba/Gold/01.mp3", "One");
+        const QString folder = QDir::cleanPath(f.main + rel);
+        QDir().mkpath(folder);
+        f.ui.answers = {Answer::Yes, Answer::Ok};
+        f.ui.dialogResults = {folder};
+        EXPECT_FALSE(mnu_Library_Backup(f.ctx));
+        EXPECT_EQ(f.ui.titles().last(), "Backup folder refused");
+        EXPECT_EQ(f.ui.messages.back().text,
+                  "The Backup folder can not be the Library folder, lie inside it or hold it:\n\r" + folder + "/");
+        EXPECT_EQ(f.general("BAK_FOLDER"), "<none>");
+        EXPECT_TRUE(QFileInfo::exists(one));
+        EXPECT_FALSE(f.ui.locked);
+    }
+}
+
+TEST(Backup, AFullMediumStopsWithTheFileAndTheReasonAndLosesNothing)
+{
+    BackupFixture f;
+    SmallFileSystem fs(f.env.path("Bak"), 512);
+    if (!fs.mounted())
+        GTEST_SKIP() << fs.reason().toStdString();
+    for (int i = 1; i <= 4; ++i)
+        f.track(QString("A/Abba/Gold/%1.mp3").arg(i), QString("T%1").arg(i), 2);
+    const qint64 size = QFileInfo(f.pathOf(0)).size();
+    fs.leaveFree(size * 5 / 2);
+    const auto library = filesBelow(f.main);
+
+    EXPECT_FALSE(f.firstBackup());
+    ASSERT_EQ(f.ui.titles(), (QStringList{"Location check!", "Info", "Backup failure"}));
+    const QString stopped = f.pathOf(2);
+    EXPECT_EQ(f.ui.messages.back().text, "The backup has stopped: this track could not be copied.\n\r" + stopped
+                                             + "\n\rto " + f.bak + "A/Abba/Gold/3.mp3\n\rReason: No space left on device");
+    EXPECT_FALSE(f.ui.locked);
+    EXPECT_FALSE(f.ui.shielded);
+    EXPECT_EQ(filesBelow(f.main), library);
+    auto backup = filesBelow(f.bak);
+    backup.remove(".filler");
+    EXPECT_EQ(backup.keys(), (QStringList{"A/Abba/Gold/1.mp3", "A/Abba/Gold/2.mp3"}));  // whole ones only
+    f.expectMirrored({"A/Abba/Gold/3.mp3", "A/Abba/Gold/4.mp3"});
+
+    // With room again the next run completes the mirror.
+    QFile::remove(f.bak + ".filler");
+    ASSERT_TRUE(f.nextBackup());
+    EXPECT_EQ(f.report(), "4 tracks in Library.\n\r2 tracks added to backup folder.\n\r0 tracks updated.");
+    f.expectMirrored();
+}
+
+TEST(Backup, OnAFatMediumNamesMatchWithoutCaseAndRoundedTimesCountAsEqual)
+{
+    BackupFixture f;
+    FatMount fat(f.env.path("fat.img"), f.env.path("Bak"));
+    if (!fat.mounted())
+        GTEST_SKIP() << fat.reason().toStdString();
+    const QString one = f.track("A/Abba/Gold/01.mp3", "One");
+    f.track("A/Abba/Gold/02.mp3", "Two");
+    setMtime(one, mtimeNs(one) / 1000000000 * 1000000000 + 1700000000);  // an odd second and a fraction
+    // A copy of 01 made before, spelt in lower case.
+    QDir().mkpath(f.bak + "a/abba/gold");
+    writeFile(f.bak + "a/abba/gold/01.mp3", readFile(one));
+    setMtime(f.bak + "a/abba/gold/01.mp3", mtimeNs(one));
+
+    ASSERT_TRUE(f.firstBackup());
+    EXPECT_EQ(f.report(), "2 tracks in Library.\n\r1 tracks added to backup folder.\n\r0 tracks updated.");
+    EXPECT_EQ(readFile(f.bak + "A/Abba/Gold/01.mp3"), readFile(one));
+    EXPECT_EQ(readFile(f.bak + "A/Abba/Gold/02.mp3"), readFile(f.pathOf(1)));
+    EXPECT_EQ(QDir(f.bak + "a/abba/gold").entryList(QDir::Files), (QStringList{"01.mp3", "02.mp3"}));
+
+    ASSERT_TRUE(f.nextBackup());
+    EXPECT_EQ(f.report(), "2 tracks in Library.\n\r0 tracks added to backup folder.\n\r0 tracks updated.");
+    EXPECT_FALSE(f.ui.events.filter("label18:Removing").size());
+}
