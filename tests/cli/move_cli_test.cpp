@@ -123,8 +123,9 @@ TEST(CliTrackRemoval, VerbsArgumentsAndExitCodes)
         SCOPED_TRACE(k.args.join(' ').toStdString());
         const CliRun r = runCli(k.args);
         EXPECT_EQ(r.exitCode, k.exitCode) << r.err.toStdString();
-        if (k.rows >= 0)
+        if (k.rows >= 0) {
             EXPECT_EQ(r.out.size(), k.rows);
+        }
     }
     // The removed track's file stays, the erased ones are gone, the album of
     // nine left after the erasure was copied whole.
