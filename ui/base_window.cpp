@@ -50,6 +50,7 @@ Base::Base(AppState& app, std::unique_ptr<MediaGraphFactory> graphs)
                                                              [] { QCoreApplication::exit(0); });
     Build_Library_Menu(*menus_, *libraryController_);
     Build_Menu_Tree(*menus_);
+    Bind_Track_File_Entries(*menus_, *libraryController_);
     menus_->bind(QStringLiteral("mnu_Library_Exit"), [this] { exitProgram(); });
     if (!graphs)
         graphs = std::make_unique<GstMediaGraphFactory>();

@@ -1,12 +1,15 @@
 #include "library_controller.h"
 
 #include "library/library_lock.h"
+#include "library/backup.h"
 #include "library/lifecycle.h"
+#include "library/library_move.h"
 #include "library/naming_commands.h"
 #include "library/open_library.h"
 #include "library/refresh.h"
 #include "library/sort_library.h"
 #include "library/track_import.h"
+#include "library/track_removal.h"
 #include "shell/app_state.h"
 #include "shell/startup.h"
 
@@ -19,6 +22,11 @@ LibraryController::LibraryController(LibraryContext context, std::function<void(
 
 // Each change holds the library's lock while it runs.
 void LibraryController::locked(void (*command)(LibraryContext&))
+{
+    With_Library_Lock(c_, [&] { command(c_); });
+}
+
+void LibraryController::locked(bool (*command)(LibraryContext&))
 {
     With_Library_Lock(c_, [&] { command(c_); });
 }
@@ -42,6 +50,22 @@ void LibraryController::relocateTrack() { locked(&mnu_Library_Relocate_Track); }
 void LibraryController::relocateSelection() { locked(&mnu_Library_Relocate_Selection); }
 void LibraryController::relocateAlbum() { locked(&mnu_Library_Relocate_Album); }
 void LibraryController::relocateAll() { locked(&mnu_Library_Relocate_All); }
+void LibraryController::move() { locked(&mnu_Library_Move); }
+void LibraryController::backup()
+{
+    locked(&mnu_Library_Backup);
+    c_.app.Menu_Refresh_Wanted = true;  // Restore follows a backup folder chosen now
+}
+void LibraryController::restore() { locked(&mnu_Library_Restore); }
+void LibraryController::removeTrack() { locked(&mnu_Library_Remove_MP3); }
+void LibraryController::removeSelection() { locked(&mnu_Library_Remove_Selection); }
+void LibraryController::removeAlbum() { locked(&mnu_Library_Remove_Album); }
+void LibraryController::deleteTrack() { locked(&mnu_Tracks_Delete_Track); }
+void LibraryController::deleteSelection() { locked(&mnu_Tracks_Delete_Selection); }
+void LibraryController::deleteAlbum() { locked(&mnu_Tracks_Delete_Album); }
+void LibraryController::copyTrack() { locked(&mnu_Tracks_Copy_Track); }
+void LibraryController::copySelection() { locked(&mnu_Tracks_Copy_Selection); }
+void LibraryController::copyAlbum() { locked(&mnu_Tracks_Copy_Album); }
 
 void LibraryController::exit()
 {

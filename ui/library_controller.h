@@ -28,11 +28,25 @@ public:
     void relocateSelection();
     void relocateAlbum();
     void relocateAll();
+    void move();
+    void backup();
+    void restore();
+    void removeTrack();
+    void removeSelection();
+    void removeAlbum();
+    void deleteTrack();
+    void deleteSelection();
+    void deleteAlbum();
+    void copyTrack();
+    void copySelection();
+    void copyAlbum();
     void exit();
     void checkOpenLibraryFile(const QString& path);
 
 private:
     void locked(void (*command)(LibraryContext&));
+    // The window has told the user of any failure already.
+    void locked(bool (*command)(LibraryContext&));
     LibraryContext c_;
     std::function<void()> quit_;
 };

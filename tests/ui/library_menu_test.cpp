@@ -41,7 +41,9 @@ QStringList filesUnder(const QString& folder)
 
 class LibraryMenuTest : public BaseWindowTest {
 protected:
-    const QStringList kEntries = {"New", "Open", "Delete", "Add", "Refresh", "Sort", "Rename", "Relocate", "Exit"};
+    // Restore needs a backup folder besides an open library; Print is not built.
+    const QStringList kEntries = {"New",  "Open",     "Delete",   "Move",   "Add",  "Remove",
+                                  "Refresh", "Sort", "Rename", "Relocate", "Backup", "Exit"};
     // The Library menu's own entries that are enabled, without "mnu_Library_".
     QStringList enabledEntries() const
     {
@@ -72,15 +74,19 @@ TEST_F(LibraryMenuTest, EntriesInOrderEnabledByTheOpenLibrary)
 {
     ASSERT_EQ(start(QString()), StartupResult::Started);
     EXPECT_EQ(layout(find<QMenu>("mnu_Library")),
-              "mnu_Library_New &New..., mnu_Library_Open &Open..., mnu_Library_Delete &Delete..., -, "
+              "mnu_Library_New &New..., mnu_Library_Open &Open..., mnu_Library_Delete &Delete..., "
+              "mnu_Library_Move &Move..., -, "
               "mnu_Library_Add &Add [mnu_Library_Add_MP3 MP3 &File..., mnu_Library_Scan_Folder &Folder..., "
               "mnu_Library_Scan_Tree &Tree...], "
+              "mnu_Library_Remove Re&move [mnu_Library_Remove_MP3 &Track, mnu_Library_Remove_Selection &Selection, "
+              "mnu_Library_Remove_Album &Album], "
               "mnu_Library_Refresh &Refresh, mnu_Library_Sort &Sort, "
               "mnu_Library_Rename Re&name [mnu_Library_Rename_Track &Track, mnu_Library_Rename_Selection &Selection, "
               "mnu_Library_Rename_Album &Album, mnu_Library_Rename_All A&ll], "
               "mnu_Library_Relocate Re&locate [mnu_Library_Relocate_Track &Track, "
               "mnu_Library_Relocate_Selection &Selection, mnu_Library_Relocate_Album &Album, "
-              "mnu_Library_Relocate_All A&ll], -, mnu_Library_Exit E&xit");
+              "mnu_Library_Relocate_All A&ll], -, mnu_Library_Backup &Backup..., mnu_Library_Restore Res&tore..., "
+              "mnu_Library_Print &Print..., -, mnu_Library_Exit E&xit");
     const QStringList always = {"New", "Open", "Delete", "Exit"};
     EXPECT_EQ(enabledEntries(), always);
 
@@ -93,6 +99,10 @@ TEST_F(LibraryMenuTest, EntriesInOrderEnabledByTheOpenLibrary)
                             noteDefaultThenPress(seen, QMessageBox::Yes)});
     trigger("mnu_Library_Open");
     EXPECT_EQ(enabledEntries(), kEntries);
+    EXPECT_TRUE(enabled("mnu_Tracks_Copy_Album") && enabled("mnu_Tracks_Delete_Track"));
+    state.Backup_Folder = env.path("backup/");
+    base.Update_Menus();
+    EXPECT_TRUE(enabled("mnu_Library_Restore"));
     EXPECT_EQ(list()->model()->rowCount(), 1);
 
     trigger("mnu_Library_Delete");
@@ -185,6 +195,34 @@ TEST_F(LibraryMenuTest, NewLibraryOverMp3FilesThenRenameAndRelocateAll)
     EXPECT_EQ(placed.filter(QRegularExpression("^K/Kraftwerk/Trans Europa Express/[^/]+$")).size(), 2);
     EXPECT_EQ(filesUnder(music).filter(".mp3"), placed);
     EXPECT_EQ(model->index(list()->currentIndex().row(), ColTitle).data().toString(), "Denis");
+    EXPECT_EQ(view(), kIdle);
+
+    // A backup mirrors the tree; from then on Restore is offered.
+    EXPECT_FALSE(enabled("mnu_Library_Restore"));
+    const QString backup = env.path("Backup");
+    QDir().mkpath(backup);
+    seen.clear();
+    ModalAnswerer backupAnswers({pressButton(seen, QMessageBox::Yes), pressButton(seen, QMessageBox::Ok),
+                                 typePath(seen, backup), pressButton(seen, QMessageBox::Ok)});
+    trigger("mnu_Library_Backup");
+    ASSERT_TRUE(backupAnswers.done()) << seen.join(" / ").toStdString();
+    EXPECT_EQ(seen.last(), "Backup report: 3 tracks in Library.\n3 tracks added to backup folder.\n0 tracks updated.");
+    EXPECT_EQ(filesUnder(backup), placed);
+    EXPECT_TRUE(enabled("mnu_Library_Restore"));
+    EXPECT_EQ(view(), kIdle);
+
+    // Moving the library takes every file along and points the list at them.
+    const QString moved = env.path("Moved");
+    QDir().mkpath(moved);
+    seen.clear();
+    ModalAnswerer moveAnswers({pressButton(seen, QMessageBox::Ok), typePath(seen, moved),
+                               pressButton(seen, QMessageBox::Ok)});
+    trigger("mnu_Library_Move");
+    ASSERT_TRUE(moveAnswers.done()) << seen.join(" / ").toStdString();
+    EXPECT_EQ(state.Library_Main_Folder, moved + "/");
+    EXPECT_EQ(shownFiles(), placed);
+    EXPECT_EQ(filesUnder(moved).filter(".mp3"), placed);
+    EXPECT_FALSE(QFileInfo::exists(music + "/K"));
     EXPECT_EQ(view(), kIdle);
 }
 
