@@ -131,6 +131,10 @@ TEST(Restore, RefusesBeforeAnythingChanges)
     restore(f, {Answer::Yes});
     EXPECT_EQ(f.ui.messages[1].text, "The backup could not be found or seems to be empty!");
     EXPECT_EQ(f.ui.messages[1].icon, Icon::Warning);
+    f.app.Backup_Folder = f.env.path("");  // the folder that holds the library's
+    restore(f, {Answer::Yes});
+    EXPECT_EQ(f.ui.messages[1].text,
+              "The Backup folder can not be the Library folder, lie inside it or hold it:\n\r" + f.env.path(""));
 }
 
 TEST(Restore, AFailedCopyOfAMissingTrackIsToldAndTheRestGoesOn)
