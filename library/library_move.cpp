@@ -64,6 +64,20 @@ bool moveOnce(const QString& from, const QString& to, int& error)
     return false;
 }
 
+// Byte for byte, read in blocks.
+bool sameContent(const QString& a, const QString& b)
+{
+    QFile fa(a), fb(b);
+    if (!fa.open(QIODevice::ReadOnly) || !fb.open(QIODevice::ReadOnly) || fa.size() != fb.size())
+        return false;
+    while (!fa.atEnd()) {
+        const QByteArray x = fa.read(1 << 16), y = fb.read(1 << 16);
+        if (x.isEmpty() || x != y)
+            return false;
+    }
+    return true;
+}
+
 class LibraryMove {
 public:
     LibraryMove(LibraryContext& c, QString target)
@@ -104,6 +118,10 @@ Moved LibraryMove::move(const QString& from, const QString& to)
             if (!c_.lib.failAt("library-move") && moveOnce(from, to, error))
                 return Moved::Done;
             if (error == EEXIST || error == ENOTEMPTY) {
+                // A move across file systems killed after its copy was put
+                // in place left the file in both: the source may go.
+                if (sameContent(from, to) && deleteUntilGone(from, &c_.ui, 5))
+                    return Moved::Done;
                 kept_ << from;
                 return Moved::Kept;
             }

@@ -100,6 +100,7 @@ TEST(LibraryMove, ASiblingFolderTakesEveryFileAndKeepsWhatItHeld)
     write(target + "/notes.txt", "theirs");
     write(target + "/A/Abba/Gold/a2.mp3", "someone else's");
     write(target + "/extra.txt", "extra");
+    writeFile(target + "/lists/all.m3u", "#EXTM3U\n");  // the same bytes: its source is not needed any more
     const QMap<QString, Stamp> before = snapshot(old), held = snapshot(target);
 
     f.ui.dialogResults = {target};
@@ -175,8 +176,9 @@ TEST(LibraryMove, AFolderInsideTheLibraryIsRefusedAndTheParentAccepted)
     // The parent's own files (the library file, the data folder) are left as
     // they were, apart from the library's own writes.
     for (auto it = around.begin(); it != around.end(); ++it) {
-        if (!it.key().startsWith("Main/") && !it.key().startsWith(".local/") && it.key() != "Music.vkt")
+        if (!it.key().startsWith("Main/") && !it.key().startsWith(".local/") && it.key() != "Music.vkt") {
             EXPECT_TRUE(after.value(it.key()) == it.value()) << it.key().toStdString();
+        }
     }
     EXPECT_EQ(f.general("LIB_FOLDER"), parent);
     EXPECT_TRUE(everyRowExists(f));
