@@ -8,6 +8,8 @@
 #include "tests/support/fat_mount.h"
 #include "tests/support/small_fs.h"
 
+#include <sys/mount.h>
+
 using namespace sonorit;
 using namespace sonorit::test;
 
@@ -214,6 +216,16 @@ TEST(Backup, AFailedTrackCopyStopsTheRunNamingFileAndReasonAndLosesNothing)
     ASSERT_TRUE(f.nextBackup());
     EXPECT_EQ(f.report(), "4 tracks in Library.\n\r2 tracks added to backup folder.\n\r0 tracks updated.");
     f.expectMirrored();
+
+    // A medium that became read-only keeps what it holds.
+    ASSERT_EQ(::mount(nullptr, QFile::encodeName(small).constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    writeTaggedMp3(three, tags("Abba", "Gold", "1", "T3, edited"), {2});
+    setMtime(three, mtimeNs(three) + kHour * 1000000000LL);
+    const auto copies = filesBelow(small);
+    EXPECT_FALSE(f.nextBackup());
+    EXPECT_EQ(f.ui.messages.back().text, "The backup has stopped: this track could not be copied.\n\r" + three
+                                             + "\n\rto " + small + "A/3.mp3\n\rReason: Read-only file system");
+    EXPECT_EQ(filesBelow(small), copies);
 }
 
 TEST(Backup, OnAFatMediumNamesMatchWithoutCaseAndRoundedTimesCountAsEqual)
