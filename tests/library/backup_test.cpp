@@ -68,6 +68,10 @@ TEST(Backup, FirstRunMirrorsTheTreeAndTheSecondCopiesOnlyWhatChanged)
     writeTaggedMp3(f.bak + "Kept/mine.mp3", tags("X", "Y", "1", "Mine"), {0.3});
     writeFile(f.bak + "Kept/letter.txt", "the user's own");
     writeFile(f.bak + "A/Abba/Gold/.02.mp3.sonorit-partial-AbCdEf", "half a copy");
+    // Copies under another spelling, which this medium tells apart.
+    QDir().mkpath(f.bak + "a/abba/gold");
+    QFile::copy(one, f.bak + "a/abba/gold/01.mp3");
+    QFile::copy(two, f.bak + "B/Band/Live/02.MP3");
     const auto libraryBefore = filesBelow(f.main);
 
     ASSERT_TRUE(f.nextBackup());
