@@ -29,14 +29,15 @@ struct Backup {
     LibraryContext& c;
     QString main, bak;  // both ending in "/"
     QStringList paths;  // the backup path of each track that exists, in list order
-    QHash<QString, int> folderTracks;  // lower-case backup folder -> its tracks
+    QHash<QString, int> folderTracks;  // backup folder -> its tracks
+    QSet<QString> unread;  // folders the clean-up found complete
     int added = 0, updated = 0, missing = 0;
     QString madeFolder;  // the target folder made last
 
     void account(const QString& target, const QString& path)
     {
         paths << path;
-        ++folderTracks[target.toLower()];
+        ++folderTracks[target];
     }
     void makeFolder(const QString& folder)
     {
@@ -188,15 +189,19 @@ struct Found {
 
 // The mp3 files of the backup folders that hold more of them than the
 // library has tracks there; a folder whose count matches holds exactly the
-// copies just made or confirmed, and is not read.
+// copies just made or confirmed, and is not read. A folder is known by its
+// own spelling: one that differs in case is read, and its files are matched
+// to the tracks without regard to case.
 std::vector<Found> scanBackup(Backup& b)
 {
     UiPort& ui = b.c.ui;
     std::vector<Found> found;
     Walk_Mp3_Folders(b.bak, b.main, [&](const QString& folder, const QStringList& names) {
-        const auto known = b.folderTracks.constFind(folder.toLower());
-        if (known != b.folderTracks.constEnd() && names.size() <= *known)
+        const auto known = b.folderTracks.constFind(folder);
+        if (known != b.folderTracks.constEnd() && names.size() <= *known) {
+            b.unread.insert(folder);
             return;
+        }
         ui.setLabel17(QStringLiteral("Reading Folder: ") + folder);
         ui.setProgressRange(0, int(names.size()) - 1);
         for (int i = 0; i < names.size(); ++i) {
@@ -232,15 +237,18 @@ void removeEmptiedFolder(const Backup& b, const QString& folder)
         at = Get_Path_Folder(at);
 }
 
-// Which files of the scan no track accounts for. A file of the exact path
-// of a track comes first; one that differs only in case stands for a track
-// whose own spelling is not there, as on a medium that ignores case.
+// The track each file of the scan stands for, "" for none. A file of the
+// exact path of a track comes first; one that differs only in case stands
+// for a track whose own spelling was not met, as on a medium that ignores
+// case. The tracks of the folders not read have their copies already.
 std::vector<QString> matchCopies(const Backup& b, const std::vector<Found>& found)
 {
     const QSet<QString> exact(b.paths.begin(), b.paths.end());
     QHash<QString, QString> unmatched;  // lower case -> the track's path
-    for (const QString& path : exact)
-        unmatched.insert(path.toLower(), path);
+    for (const QString& path : exact) {
+        if (!b.unread.contains(Get_Path_Folder(path)))
+            unmatched.insert(path.toLower(), path);
+    }
     std::vector<QString> entry(found.size());
     for (size_t i = 0; i < found.size(); ++i) {
         if (exact.contains(found[i].path)) {
@@ -316,7 +324,7 @@ bool mnu_Library_Backup(LibraryContext& c)
     }
     Sort_By_Place(list);
 
-    Backup b{c, c.app.Library_Main_Folder, choice.folder, {}, {}, 0, 0, 0, {}};
+    Backup b{c, c.app.Library_Main_Folder, choice.folder, {}, {}, {}, 0, 0, 0, {}};
     b.paths.reserve(list.count());
     c.ui.setLabel17(QStringLiteral("Backup tracks to ") + b.bak);
     c.ui.setProgressRange(0, list.count());

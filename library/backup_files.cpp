@@ -140,7 +140,8 @@ CopyResult Copy_Keeping_Time(const QString& source, const QString& target)
     // The date decides what is newer next time; a medium that cannot keep it
     // leaves the copy with the time of the copy, which is later than its
     // source and so never copied again for nothing.
-    const struct timespec times[2] = {{0, UTIME_OMIT}, st.st_mtim};
+    // Both times are given: a FUSE medium may take no "leave it" for either.
+    const struct timespec times[2] = {st.st_atim, st.st_mtim};
     ::utimensat(AT_FDCWD, QFile::encodeName(target).constData(), times, 0);
     return {true, QString()};
 }

@@ -21,6 +21,7 @@
 #include "shell/app_state.h"
 #include "shell/durable_file.h"
 #include "shell/file_copy.h"
+#include "shell/file_stamp.h"
 #include "shell/helpers.h"
 #include "shell/ini_file.h"
 #include "shell/ui_port.h"
@@ -63,6 +64,20 @@ bool moveOnce(const QString& from, const QString& to, int& error)
     return false;
 }
 
+// Byte for byte, read in blocks.
+bool sameContent(const QString& a, const QString& b)
+{
+    QFile fa(a), fb(b);
+    if (!fa.open(QIODevice::ReadOnly) || !fb.open(QIODevice::ReadOnly) || fa.size() != fb.size())
+        return false;
+    while (!fa.atEnd()) {
+        const QByteArray x = fa.read(1 << 16), y = fb.read(1 << 16);
+        if (x.isEmpty() || x != y)
+            return false;
+    }
+    return true;
+}
+
 class LibraryMove {
 public:
     LibraryMove(LibraryContext& c, QString target)
@@ -75,6 +90,7 @@ public:
 private:
     Moved move(const QString& from, const QString& to);
     bool moveTracks();
+    bool arrivedEarlier(int row, const QString& to) const;
     void moveCovers(const QString& from, const QString& to);
     bool moveOtherFiles();
     void removeEmptyFolders();
@@ -102,6 +118,10 @@ Moved LibraryMove::move(const QString& from, const QString& to)
             if (!c_.lib.failAt("library-move") && moveOnce(from, to, error))
                 return Moved::Done;
             if (error == EEXIST || error == ENOTEMPTY) {
+                // A move across file systems killed after its copy was put
+                // in place left the file in both: the source may go.
+                if (sameContent(from, to) && deleteUntilGone(from, &c_.ui, 5))
+                    return Moved::Done;
                 kept_ << from;
                 return Moved::Kept;
             }
@@ -117,6 +137,14 @@ Moved LibraryMove::move(const QString& from, const QString& to)
         if (again != Answer::Yes)
             return Moved::Stopped;
     }
+}
+
+bool LibraryMove::arrivedEarlier(int row, const QString& to) const
+{
+    const FileStamp there = Read_File_Stamp(to);
+    const TrackList& list = c_.lib.MP3_List;
+    return there.exists && there.changed == list.field(row, ColLastChanged)
+           && there.length == list.field(row, ColFilelength);
 }
 
 // Covers keep their spelling; a cover the new folder has already stays
@@ -158,18 +186,23 @@ bool LibraryMove::moveTracks()
             moveCovers(folder, target);
         former = folder;
         const QString from = Add_Backslash(folder) + name;
-        if (!QFileInfo::exists(from))
-            continue;
-        c_.ui.setLabel18(QStringLiteral("Moving Track ") + name + QStringLiteral(" to ") + target);
         const QString to = Add_Backslash(target) + name;
-        switch (move(from, to)) {
-        case Moved::Stopped:
-            go = false;
-            continue;
-        case Moved::Kept:
-            continue;
-        case Moved::Done:
-            break;
+        if (!QFileInfo::exists(from)) {
+            // A move killed between a file's rename and its record left the
+            // file in its new place; it is known by its date and length.
+            if (!arrivedEarlier(row, to))
+                continue;
+        } else {
+            c_.ui.setLabel18(QStringLiteral("Moving Track ") + name + QStringLiteral(" to ") + target);
+            switch (move(from, to)) {
+            case Moved::Stopped:
+                go = false;
+                continue;
+            case Moved::Kept:
+                continue;
+            case Moved::Done:
+                break;
+            }
         }
         list.setField(row, ColFolder, target);
         if (!Replace_Track_Record(c_, Track_ID_Of(list.field(row, ColID)), Join_Track_Record(list.row(row)))) {

@@ -7,12 +7,6 @@
 
 namespace sonorit {
 
-namespace {
-
-enum class Action { Rename, Relocate };
-
-}  // namespace
-
 std::vector<int> Album_Rows(LibraryContext& c, const AlbumMessages& unknown)
 {
     const TrackList& list = c.lib.MP3_List;
@@ -39,6 +33,8 @@ std::vector<int> Album_Rows(LibraryContext& c, const AlbumMessages& unknown)
 }
 
 namespace {
+
+enum class Action { Rename, Relocate };
 
 std::vector<int> albumRows(LibraryContext& c)
 {

@@ -204,6 +204,10 @@ TEST(CliMoveKill, AKilledMoveLeavesEveryTrackWholeAndTheLibraryOpens)
         const CliRun again = runCli({"--dialog", target, "move", vkt});
         ASSERT_EQ(again.exitCode, 0) << again.err.toStdString();
         EXPECT_EQ(iniValue(vkt, "LIB_FOLDER"), target + "/");
+        // A file the kill caught between its rename and its record is known
+        // in its new place: every row points at its file there.
+        for (const QString& path : rowPaths(again))
+            EXPECT_TRUE(path.startsWith(target + "/") && QFileInfo::exists(path)) << path.toStdString();
         const QMap<QString, QStringList> after = placesOf({folders[0], folders[1]});
         EXPECT_EQ(after.size(), kTracks + 1);
         for (auto it = after.begin(); it != after.end(); ++it) {

@@ -26,7 +26,7 @@ inline qint64 mtimeNs(const QString& path)
 
 inline void setMtime(const QString& path, qint64 ns)
 {
-    const struct timespec t[2] = {{0, UTIME_OMIT}, {time_t(ns / 1000000000), long(ns % 1000000000)}};
+    const struct timespec t[2] = {{time_t(ns / 1000000000), 0}, {time_t(ns / 1000000000), long(ns % 1000000000)}};
     ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), t, 0);
 }
 

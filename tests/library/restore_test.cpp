@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "backup_fixture.h"
+#include "tests/support/small_fs.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
@@ -131,6 +132,10 @@ TEST(Restore, RefusesBeforeAnythingChanges)
     restore(f, {Answer::Yes});
     EXPECT_EQ(f.ui.messages[1].text, "The backup could not be found or seems to be empty!");
     EXPECT_EQ(f.ui.messages[1].icon, Icon::Warning);
+    f.app.Backup_Folder = f.env.path("");  // the folder that holds the library's
+    restore(f, {Answer::Yes});
+    EXPECT_EQ(f.ui.messages[1].text,
+              "The Backup folder can not be the Library folder, lie inside it or hold it:\n\r" + f.env.path(""));
 }
 
 TEST(Restore, AFailedCopyOfAMissingTrackIsToldAndTheRestGoesOn)
@@ -148,4 +153,30 @@ TEST(Restore, AFailedCopyOfAMissingTrackIsToldAndTheRestGoesOn)
     EXPECT_EQ(readFile(f.main + "A"), "a file where the folder would go");
     EXPECT_EQ(readFile(f.main + "B/second.mp3"), readFile(f.bak + "B/second.mp3"));
     EXPECT_EQ(f.column(ColFilename), QStringList{"second.mp3"});
+}
+
+TEST(Restore, AnUpdateThatFailsLeavesTheTrackAsItWasAndStops)
+{
+    BackupFixture f;
+    SmallFileSystem fs(f.main, 512);
+    if (!fs.mounted())
+        GTEST_SKIP() << fs.reason().toStdString();
+    const QString one = f.track("A/1.mp3", "One", 2);
+    const QString two = f.track("A/2.mp3", "Two", 2);
+    ASSERT_TRUE(f.firstBackup());
+    for (const QString& path : {one, two}) {
+        const QString copy = f.bak + path.mid(f.main.size());
+        writeTaggedMp3(copy, tags("Abba", "Gold", "1", "From the backup"), {2});
+        setMtime(copy, mtimeNs(path) + kHour * kSecond);
+    }
+    fs.leaveFree(4096);
+    const auto library = filesBelow(f.main);
+
+    EXPECT_FALSE(restore(f, {Answer::Yes}));
+    ASSERT_EQ(f.ui.titles(), (QStringList{"Confirm Backup folder", "Restore failure"}));
+    EXPECT_EQ(f.ui.messages[1].text, "The restore has stopped: this track could not be updated.\n\r" + one
+                                         + "\n\rfrom " + f.bak + "A/1.mp3\n\rReason: No space left on device");
+    EXPECT_EQ(filesBelow(f.main), library);  // no partial copy either
+    EXPECT_FALSE(f.ui.locked);
+    EXPECT_FALSE(f.ui.shielded);
 }
