@@ -46,26 +46,6 @@ TEST(Import, TracksLandInTheirRuleFolderOrStayInQuarantaine)
     EXPECT_TRUE(f.temps().isEmpty());
 }
 
-TEST(Import, FreeIdsAreReusedLowestFirst)
-{
-    WorkFixture f;
-    for (int i = 1; i <= 4; ++i)
-        Import_Track(f.ctx, f.source(QString("s/%1.mp3").arg(i), tags("", "", "", "")));
-    Remove_Track_Row(f.ctx, f.lib.MP3_List.find(ColFilename, "3.mp3"));
-    Remove_Track_Row(f.ctx, f.lib.MP3_List.find(ColFilename, "2.mp3"));
-    EXPECT_EQ(f.idfile(), idFileBytes({3, 2}));
-
-    ASSERT_TRUE(Add_MP3(f.ctx, f.source("t/5.mp3", tags("", "", "", ""))));
-    EXPECT_EQ(f.lib.MP3_List.field(f.lib.MP3_List.count() - 1, ColID), "TRACK 2");
-    ASSERT_TRUE(Add_MP3(f.ctx, f.source("t/6.mp3", tags("", "", "", ""))));
-    EXPECT_EQ(f.lib.MP3_List.field(f.lib.MP3_List.count() - 1, ColID), "TRACK 3");
-    ASSERT_TRUE(Add_MP3(f.ctx, f.source("t/7.mp3", tags("", "", "", ""))));
-    EXPECT_EQ(f.lib.MP3_List.field(f.lib.MP3_List.count() - 1, ColID), "TRACK 5");
-    EXPECT_EQ(f.idfile(), QByteArray());
-    EXPECT_EQ(f.counts(), "5 of 5");
-    EXPECT_TRUE(f.recordsMatchList());
-}
-
 TEST(Import, FileExistsAsksAndMoveModeMovesOnlyOnOverwrite)
 {
     WorkFixture f;
@@ -174,7 +154,6 @@ TEST(Import, AddMp3MenuTakesOnlyMpegFiles)
 {
     WorkFixture f;
     const QString text = f.env.path("Src/notes.mp3");
-    QDir().mkpath(f.env.path("Src"));
     writeFile(text, "not audio at all");
     f.ui.dialogResults = {text};
     mnu_Library_Add_MP3(f.ctx);

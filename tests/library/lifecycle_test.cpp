@@ -69,11 +69,16 @@ TEST(Lifecycle, NewLibraryAsksItsWayThroughAndIsFilledByARefresh)
     EXPECT_FALSE(f.app.libraryOpen());
 }
 
-TEST(Lifecycle, DeletingAnotherLibraryLeavesTheCurrentOne)
+TEST(Lifecycle, DeletingALibraryRemovesItsFilesOnlyAndClosesItIfCurrent)
 {
     WorkFixture f;
-    LibraryMaker other(f.app.paths, f.env.path("Other.vkt"));
-    const LibraryFiles o = other.write();
+    writeTaggedMp3(f.main + "a/1.mp3", tags("A", "Ax", "1", "One"));
+    f.ui.answers = {Answer::No};
+    mnu_Library_Refresh(f.ctx);
+
+    // Another library: its three files go, the current one stays open.
+    const LibraryFiles o = LibraryMaker(f.app.paths, f.env.path("Other.vkt")).write();
+    f.ui.messages.clear();
     f.ui.dialogResults = {o.vkt};
     f.ui.answers = {Answer::Yes};
     mnu_Library_Delete(f.ctx);
@@ -85,28 +90,17 @@ TEST(Lifecycle, DeletingAnotherLibraryLeavesTheCurrentOne)
         EXPECT_FALSE(QFileInfo::exists(p)) << p.toStdString();
     EXPECT_TRUE(f.app.libraryOpen());
     EXPECT_FALSE(f.ui.locked);
-}
 
-TEST(Lifecycle, DeletingTheCurrentLibraryClosesItAndKeepsItsTracks)
-{
-    WorkFixture f;
-    writeTaggedMp3(f.main + "a/1.mp3", tags("A", "Ax", "1", "One"));
-    f.ui.answers = {Answer::No};
-    mnu_Library_Refresh(f.ctx);
-
+    // The current one: No changes nothing; Yes closes it, its tracks stay.
     f.ui.messages.clear();
-    f.ui.dialogResults = {f.files.vkt};
-    f.ui.answers = {Answer::No};
-    mnu_Library_Delete(f.ctx);  // No: nothing changes
+    f.ui.dialogResults = {f.files.vkt, f.files.vkt};
+    f.ui.answers = {Answer::No, Answer::Yes};
+    mnu_Library_Delete(f.ctx);
     EXPECT_TRUE(QFileInfo::exists(f.files.vkt));
     EXPECT_EQ(f.lib.MP3_List.count(), 1);
-
-    f.ui.messages.clear();
-    f.ui.dialogResults = {f.files.vkt};
-    f.ui.answers = {Answer::Yes};
     mnu_Library_Delete(f.ctx);
-    ASSERT_EQ(f.ui.titles(), QStringList{"Delete current Libray?"});
-    EXPECT_EQ(f.ui.messages[0].text,
+    ASSERT_EQ(f.ui.titles(), (QStringList{"Delete current Libray?", "Delete current Libray?"}));
+    EXPECT_EQ(f.ui.messages[1].text,
               "The Library you want to delete is the current Library.\r\n"
               "If you delete this Library, the current library will be closed as well.\r\n\r\n"
               "Are you sure you want to delete the current library?\r\n\r\n"
