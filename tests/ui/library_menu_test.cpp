@@ -1,8 +1,6 @@
 // The Library menu of the main window: its entries and their states, and the
 // commands run through it over real MP3 files with every dialog answered as
 // a user would.
-#include <QDirIterator>
-
 #include "tests/support/library_maker.h"
 #include "tests/support/tagged_mp3.h"
 #include "window_fixture.h"
@@ -26,17 +24,6 @@ QString layout(const QMenu* menu)
             names << action->objectName() + " " + action->text();
     }
     return names.join(", ");
-}
-
-// Every file under `folder`, relative to it, sorted.
-QStringList filesUnder(const QString& folder)
-{
-    QStringList files;
-    QDirIterator it(folder, QDir::Files, QDirIterator::Subdirectories);
-    while (it.hasNext())
-        files << it.next().mid(folder.size() + 1);
-    files.sort();
-    return files;
 }
 
 class LibraryMenuTest : public BaseWindowTest {
