@@ -288,7 +288,6 @@ TEST_F(MprisTest, MediaKeysDriveTheRealPlayer)
     EXPECT_EQ(property(PlayerIface, "PlaybackStatus"), QStringLiteral("Playing"));
     QVariantMap m = metadata();
     EXPECT_EQ(m.value("xesam:title").toString(), QStringLiteral("First"));
-    EXPECT_EQ(m.value("xesam:artist").toStringList(), QStringList{"The Artist"});
     EXPECT_EQ(m.value("mpris:length").toLongLong(), 2000000);
 
     call(PlayerIface, "Next");
