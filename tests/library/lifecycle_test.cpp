@@ -37,13 +37,11 @@ TEST(Lifecycle, NewLibraryAsksItsWayThroughAndIsFilledByARefresh)
     EXPECT_EQ(f.ui.caption, "ZEV's MP3 Sonorit - New");
 
     const QString data = f.app.paths.Data_Folder;
-    const IniFile ini(vkt);
-    EXPECT_EQ(ini.read("GENERAL", "ALBUMLIB_NAME", ""), data + "Trackfile000.tri");
-    EXPECT_EQ(ini.read("GENERAL", "FREEID_NAME", ""), data + "IDfile000.tri");
-    EXPECT_EQ(ini.read("GENERAL", "LIB_FOLDER", ""), main + "/");
-    EXPECT_EQ(ini.read("GENERAL", "BAK_FOLDER", ""), f.env.path("Bak") + "/");
-    EXPECT_EQ(ini.read("GENERAL", "ALBUM_COUNT", ""), "1");
-    EXPECT_EQ(ini.read("GENERAL", "ID_COUNT", ""), "1");
+    QStringList general;
+    for (const char* key : {"ALBUMLIB_NAME", "FREEID_NAME", "LIB_FOLDER", "BAK_FOLDER", "ALBUM_COUNT", "ID_COUNT"})
+        general << IniFile(vkt).read("GENERAL", key, "");
+    EXPECT_EQ(general, (QStringList{data + "Trackfile000.tri", data + "IDfile000.tri", main + "/",
+                                    f.env.path("Bak") + "/", "1", "1"}));
     EXPECT_TRUE(QDir(main + "/Quarantaine").exists());
     EXPECT_EQ(f.lib.MP3_List.count(), 1);
     EXPECT_EQ(f.app.Last_Used_Lib, vkt);

@@ -224,12 +224,12 @@ TEST_F(MprisTest, MetadataOfTheRunningTrackAndItsChanges)
     EXPECT_TRUE(recorder.changes[0].contains("Metadata"));
 
     const QVariantMap m = metadata();
-    EXPECT_EQ(m.value("mpris:trackid").value<QDBusObjectPath>().path(), QStringLiteral("/org/zevsonorit/track/3"));
-    EXPECT_EQ(m.value("mpris:length").toLongLong(), 2500000);
-    EXPECT_EQ(m.value("xesam:artist").toStringList(), QStringList{"Artist é"});
-    EXPECT_EQ(m.value("xesam:album").toString(), QStringLiteral("Album"));
-    EXPECT_EQ(m.value("xesam:title").toString(), QStringLiteral("Title"));
-    EXPECT_EQ(m.value("mpris:artUrl").toString(), QStringLiteral("file:///data/Playing.jpg"));
+    EXPECT_EQ(QStringList({m.value("mpris:trackid").value<QDBusObjectPath>().path(),
+                           QString::number(m.value("mpris:length").toLongLong()),
+                           m.value("xesam:artist").toStringList().join('+'), m.value("xesam:album").toString(),
+                           m.value("xesam:title").toString(), m.value("mpris:artUrl").toString()}),
+              QStringList({"/org/zevsonorit/track/3", "2500000", "Artist é", "Album", "Title",
+                           "file:///data/Playing.jpg"}));
 
     controls.status_ = MprisStatus::Paused;
     service.update();
