@@ -1,5 +1,6 @@
 // The GStreamer media graph playing real files into a fake sink that keeps
-// real time.
+// real time, alone and under the player: what only a real graph can tell the
+// player, the length and the playing of the formats played without a copy.
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -12,8 +13,11 @@
 #include <gtest/gtest.h>
 
 #include "platform/gstreamer/gst_media_graph.h"
+#include "tests/platform/wma_maker.h"
+#include "tests/playback/playback_fixture.h"
 #include "tests/support/mp3_maker.h"
 #include "tests/support/temp_env.h"
+#include "tests/support/wav_maker.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
@@ -217,6 +221,37 @@ TEST_F(MediaGraphTest, FilesThatCannotPlayFailToRender)
     EXPECT_FALSE(g.state(20));
     EXPECT_NEAR(g.position().value_or(0), 2.0, 0.05);
     EXPECT_NEAR(g.duration().value_or(0), 2.0, 0.05);
+}
+
+struct FakeSinkGraphs : GstMediaGraphFactory {
+    FakeSinkGraphs() : GstMediaGraphFactory(QStringLiteral("fakesink")) {}
+};
+
+struct PlayerPlaybackTest : ::testing::Test, PlayerRig<FakeSinkGraphs, RecordingView> {};
+
+TEST_F(PlayerPlaybackTest, WavAndWmaEntriesPlayTheFileItself)
+{
+    QStringList files{env.path("tone.wav")};
+    ASSERT_TRUE(writeWav(files[0], 1.0));
+    if (writeWma(env.path("tone.wma"), 1.0))
+        files << env.path("tone.wma");
+    else
+        ADD_FAILURE() << "no WMA encoder: install gstreamer1.0-libav";
+    for (const QString& f : files)
+        ASSERT_TRUE(cmds.Add_Non_MP3_To_PlayList(f, f.section('/', -1)));
+    for (int i = 0; i < files.size(); ++i)
+        EXPECT_EQ(play.Play_List.field(i, PlayTime), "00:01") << "measured by a throw-away graph";
+
+    play.PlayList_Pos = 1;
+    player.Play_Track();
+    for (int i = 0; i < files.size(); ++i) {
+        if (i > 0)
+            player.Next_Track();
+        ASSERT_EQ(view.starts.size(), size_t(i + 1));
+        EXPECT_EQ(play.Now_File, files[i]) << "no copy";
+        EXPECT_EQ(player.graphState(), GraphState::Running) << files[i].toStdString();
+    }
+    EXPECT_TRUE(view.skipped.empty());
 }
 
 }  // namespace
