@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFileInfo>
 #include <functional>
 
@@ -27,12 +26,9 @@ QByteArray song(const QString& artist, const QString& title)
 QMap<QString, QByteArray> contentsUnder(const QString& folder)
 {
     QMap<QString, QByteArray> files;
-    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString path = it.next();
-        if (!path.endsWith("/.filler"))
-            files[QDir(folder).relativeFilePath(path)] = readFile(path);
-    }
+    for (const QString& rel : filesUnder(folder))
+        if (!rel.endsWith(".filler"))
+            files[rel] = readFile(folder + '/' + rel);
     return files;
 }
 

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QDirIterator>
+#include <QRegularExpression>
 #include <QFileInfo>
 #include <QProcess>
 #include <QSet>
@@ -52,17 +52,12 @@ void expectSound(const TempEnv& env, const QString& vkt)
     QSet<QByteArray> originals;
     for (const QByteArray& b : songs())
         originals << b;
-    int tracks = 0;
-    QDirIterator it(env.path("Music"), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString path = it.next();
-        EXPECT_FALSE(it.fileName().contains(".sonorit-partial-")) << path.toStdString();
-        if (path.endsWith(".mp3")) {
-            ++tracks;
-            EXPECT_TRUE(originals.contains(readFile(path))) << path.toStdString() << " is not whole";
-        }
-    }
-    EXPECT_EQ(tracks, songs().size());
+    const QStringList files = filesUnder(env.path("Music"));
+    EXPECT_TRUE(files.filter(".sonorit-partial-").isEmpty()) << files.join(' ').toStdString();
+    const QStringList tracks = files.filter(QRegularExpression("\\.mp3$"));
+    for (const QString& rel : tracks)
+        EXPECT_TRUE(originals.contains(readFile(env.path("Music/") + rel))) << rel.toStdString() << " is not whole";
+    EXPECT_EQ(tracks.size(), songs().size());
 
     const CliRun r = runCli({"refresh", vkt});
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
