@@ -1,6 +1,7 @@
 #pragma once
 // Runs sonorit-cli as a separate program. It inherits HOME and XDG_* of the
 // private home that a TempEnv of the test has set for this process.
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -32,6 +33,34 @@ inline CliRun runCli(const QStringList& args, const QString& workingFolder = {})
         if (const QJsonDocument d = QJsonDocument::fromJson(line.toUtf8()); d.isObject())
             r.json.push_back(d.object());
     return r;
+}
+
+// Folder and file of each printed row, joined.
+inline QStringList rowPaths(const CliRun& r)
+{
+    QStringList paths;
+    for (const QString& line : r.out)
+        paths << line.section('\t', 8, 8) + '/' + line.section('\t', 9, 9);
+    return paths;
+}
+
+// The ID column of each printed row.
+inline QStringList rowIds(const CliRun& r)
+{
+    QStringList ids;
+    for (const QString& line : r.out)
+        ids << line.section('\t', 10, 10);
+    return ids;
+}
+
+// A key's value in a library file as the program wrote it.
+inline QString iniValue(const QString& file, const QByteArray& key)
+{
+    QFile f(file);
+    for (const QByteArray& line : f.open(QIODevice::ReadOnly) ? f.readAll().split('\n') : QList<QByteArray>())
+        if (line.startsWith(key + '='))
+            return QString::fromUtf8(line.mid(key.size() + 1).trimmed());
+    return {};
 }
 
 }  // namespace sonorit::test

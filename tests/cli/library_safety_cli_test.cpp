@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QDirIterator>
+#include <QRegularExpression>
 #include <QFileInfo>
 #include <QProcess>
 #include <QSet>
@@ -39,7 +39,6 @@ const QMap<QString, QByteArray>& songs()
 
 QString newLibrary(const TempEnv& env)
 {
-    QDir().mkpath(env.path("Music/Quarantaine"));
     for (auto it = songs().begin(); it != songs().end(); ++it)
         writeFile(env.path("Music/Quarantaine/") + it.key(), it.value());
     const CliRun r = runCli({"--dialog", env.path("Music"), "new", env.path("Lib.vkt")});
@@ -53,27 +52,20 @@ void expectSound(const TempEnv& env, const QString& vkt)
     QSet<QByteArray> originals;
     for (const QByteArray& b : songs())
         originals << b;
-    int tracks = 0;
-    QDirIterator it(env.path("Music"), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString path = it.next();
-        EXPECT_FALSE(it.fileName().contains(".sonorit-partial-")) << path.toStdString();
-        if (path.endsWith(".mp3")) {
-            ++tracks;
-            EXPECT_TRUE(originals.contains(readFile(path))) << path.toStdString() << " is not whole";
-        }
-    }
-    EXPECT_EQ(tracks, songs().size());
+    const QStringList files = filesUnder(env.path("Music"));
+    EXPECT_TRUE(files.filter(".sonorit-partial-").isEmpty()) << files.join(' ').toStdString();
+    const QStringList tracks = files.filter(QRegularExpression("\\.mp3$"));
+    for (const QString& rel : tracks)
+        EXPECT_TRUE(originals.contains(readFile(env.path("Music/") + rel))) << rel.toStdString() << " is not whole";
+    EXPECT_EQ(tracks.size(), songs().size());
 
     const CliRun r = runCli({"refresh", vkt});
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
     EXPECT_EQ(r.out.size(), songs().size());
-    QSet<QString> ids;
-    for (const QString& line : r.out) {
-        EXPECT_TRUE(QFileInfo(line.section('\t', 8, 8) + '/' + line.section('\t', 9, 9)).isFile()) << line.toStdString();
-        ids << line.section('\t', 10, 10);
-    }
-    EXPECT_EQ(ids.size(), r.out.size()) << "two rows share a record";
+    for (const QString& path : rowPaths(r))
+        EXPECT_TRUE(QFileInfo(path).isFile()) << path.toStdString();
+    const QStringList ids = rowIds(r);
+    EXPECT_EQ(QSet<QString>(ids.begin(), ids.end()).size(), ids.size()) << "two rows share a record";
 }
 
 }  // namespace
@@ -96,8 +88,7 @@ TEST(CliLibrarySafety, AKillAtAnyMomentLeavesALibraryThatOpensWhole)
             p.waitForFinished();
             expectSound(env, vkt);
             // The refresh in there opened the library and took any journal the kill left.
-            const QString trackfile = QString::fromUtf8(readFile(vkt)).section("ALBUMLIB_NAME=", 1).section('\n', 0, 0);
-            EXPECT_FALSE(QFileInfo::exists(trackfile + ".journal"));
+            EXPECT_FALSE(QFileInfo::exists(iniValue(vkt, "ALBUMLIB_NAME") + ".journal"));
         }
     }
 }
@@ -107,13 +98,12 @@ TEST(CliLibrarySafety, ASecondWriterWaitsThenStopsAndTwoWritersLoseNothing)
     TempEnv env;
     const QString vkt = newLibrary(env);
     const QByteArray before = readFile(vkt);
-    QDir().mkpath(env.path("in"));
     writeFile(env.path("in/a.mp3"), taggedMp3({"Abba", "Gold", "1", "A", {}, {}}, {0.2}));
     writeFile(env.path("in/b.mp3"), taggedMp3({"Cher", "Hits", "2", "B", {}, {}}, {0.2}));
 
     // Another program holds the lock: the writer stops and changes nothing;
     // a reader goes on.
-    const QString trackfile = QString::fromUtf8(readFile(vkt)).section("ALBUMLIB_NAME=", 1).section('\n', 0, 0);
+    const QString trackfile = iniValue(vkt, "ALBUMLIB_NAME");
     const int fd = ::open(QFile::encodeName(trackfile + ".lock").constData(), O_RDWR | O_CREAT, 0666);
     ASSERT_EQ(::flock(fd, LOCK_EX), 0);
     const QByteArray tracks = readFile(trackfile);
@@ -132,10 +122,7 @@ TEST(CliLibrarySafety, ASecondWriterWaitsThenStopsAndTwoWritersLoseNothing)
     ASSERT_TRUE(a.waitForFinished(30000) && b.waitForFinished(30000));
     EXPECT_EQ(a.exitCode(), 0);
     EXPECT_EQ(b.exitCode(), 0);
-    const CliRun after = runCli({"open", vkt});
-    EXPECT_EQ(after.out.size(), songs().size() + 2);
-    QSet<QString> ids;
-    for (const QString& line : after.out)
-        ids << line.section('\t', 10, 10);
-    EXPECT_EQ(ids.size(), after.out.size());
+    const QStringList ids = rowIds(runCli({"open", vkt}));
+    EXPECT_EQ(ids.size(), songs().size() + 2);
+    EXPECT_EQ(QSet<QString>(ids.begin(), ids.end()).size(), ids.size());
 }

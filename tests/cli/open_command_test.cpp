@@ -69,10 +69,9 @@ TEST(CliOpen, FailuresAndUsage)
     EXPECT_EQ(failed.exitCode, 1);
     EXPECT_TRUE(failed.out.isEmpty());
     ASSERT_EQ(failed.json.size(), 1u) << failed.err.toStdString();
-    EXPECT_EQ(failed.json[0]["title"].toString(), "Open Library Failure");
-    EXPECT_TRUE(failed.json[0]["text"].toString().startsWith(
-        "An error occured whilst trying to open the initial Library.\r\nPlease try again later.\r\n"));
-    EXPECT_EQ(failed.json[0]["buttons"].toString() + " " + failed.json[0]["answer"].toString(), "ok ok");
+    EXPECT_EQ(failed.json[0]["title"].toString() + " " + failed.json[0]["buttons"].toString() + " "
+                  + failed.json[0]["answer"].toString(),
+              "Open Library Failure ok ok");
 
     writeFile(env.path("notes.txt"), "x");
     const CliRun notLibrary = runCli({"open", env.path("notes.txt")});

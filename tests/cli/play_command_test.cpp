@@ -48,11 +48,8 @@ class PlayCommandTest : public ::testing::Test {
 protected:
     QString mp3(const QString& name, double seconds = 1.0)
     {
-        Mp3Recipe r;
-        r.seconds = seconds;
-        const QString path = env_.path(name);
-        EXPECT_TRUE(writeMp3(path, r));
-        return path;
+        EXPECT_TRUE(writeMp3(env_.path(name), {seconds}));
+        return env_.path(name);
     }
     TempEnv env_;
 };
@@ -96,18 +93,9 @@ TEST_F(PlayCommandTest, ShuffledListLoopsUntilTheSecondsAreOver)
     ASSERT_EQ(r.run.exitCode, 0) << r.run.err.toStdString();
     ASSERT_GE(r.story.size(), 6) << r.story.join(", ").toStdString();
     EXPECT_EQ(r.story.last(), "stop");
-    // Each entry once per round, the same order in the next round; the
-    // positions walk the shuffle.
-    std::vector<QJsonObject> starts;
-    for (const QJsonObject& o : r.events)
-        if (o.value("event") == "start")
-            starts.push_back(o);
-    ASSERT_GE(starts.size(), 3u);
-    const int first = starts[0].value("entry").toInt(), second = starts[1].value("entry").toInt();
+    // Each entry once per round, the same order in the next round.
+    const int first = r.story[0].section(' ', 1, 1).toInt(), second = r.story[2].section(' ', 1, 1).toInt();
     EXPECT_EQ(std::set<int>({first, second}), std::set<int>({1, 2}));
-    EXPECT_EQ(starts[2].value("entry").toInt(), first);
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(starts[size_t(i)].value("pos").toInt(), i % 2 + 1);
     EXPECT_EQ(r.story.mid(0, 5), QStringList({QString("start %1 Play01.mp3").arg(first), QString("end %1").arg(first),
                                               QString("start %1 Play02.mp3").arg(second), QString("end %1").arg(second),
                                               QString("start %1 Play01.mp3").arg(first)}));

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QRegularExpression>
 
 #include "cli_run.h"
 #include "tests/support/library_maker.h"
@@ -52,30 +51,14 @@ TEST(CliPlaylist, LoadsMergesSavesAndExports)
     EXPECT_EQ(readFile(env.path("saved.m3u")), saved);
     EXPECT_EQ(readFile(own), saved);  // a merge saves the current list, as the window does
     EXPECT_EQ(entries(env.path("out")), (QStringList{"a.mp3", "b.mp3"}));
-}
 
-TEST(CliPlaylist, BadInputLoadsTheGoodEntriesAndWritesNothing)
-{
-    TempEnv env;
-    const QString good = track(env, "bad/good.mp3", "G", "Good");
-    QDir().mkpath(env.path("bad/folder.mp3"));
-    QByteArray noise;
-    for (int i = 0; i < 2000; ++i)
-        noise += char(i * 131 % 256);
-    const QString list = env.path("bad/list.m3u");
-    writeFile(list, noise + "\r\n" + QByteArray(2 << 20, 'x') + "\r\nhttp://h/x.mp3\r\nfolder.mp3\r\nmissing.mp3\r\n"
-                        "\xff\xfe.mp3\r\ngood.mp3\r\n");
-    const QStringList before = entries(env.path("bad"));
-    const CliRun r = runCli({"playlist", list});
-    ASSERT_EQ(r.exitCode, 0);
-    EXPECT_EQ(r.out, (QStringList{"1\tG\tAlbum\tGood\t00:00\t" + good, "count\t1"}));
-    EXPECT_EQ(entries(env.path("bad")), before);
-
-    EXPECT_EQ(runCli({"playlist", env.path("bad/none.m3u")}).exitCode, 1);
-    EXPECT_EQ(runCli({"playlist", good}).exitCode, 1);
+    // What the list reader makes of bad input the playlist tests show; here
+    // the exit codes.
+    EXPECT_EQ(runCli({"playlist", env.path("none.m3u")}).exitCode, 1);
+    EXPECT_EQ(runCli({"playlist", a}).exitCode, 1);
     EXPECT_EQ(runCli({"playlist"}).exitCode, 2);
-    EXPECT_EQ(runCli({"playlist", list, "--save"}).exitCode, 2);
-    EXPECT_EQ(runCli({"playlist", list, "--shuffle", "x"}).exitCode, 2);
+    EXPECT_EQ(runCli({"playlist", own, "--save"}).exitCode, 2);
+    EXPECT_EQ(runCli({"playlist", own, "--shuffle", "x"}).exitCode, 2);
 }
 
 TEST(CliQueue, RunsTheMenuCommandsOnLibraryRows)
@@ -100,22 +83,12 @@ TEST(CliQueue, RunsTheMenuCommandsOnLibraryRows)
     EXPECT_EQ(album.out, (QStringList{"1\tAbba\tGold\tFirst\t03:25\t" + env.path("m/x1.mp3"),
                                       "2\tAbba\tGold\tSecond\t03:25\t" + env.path("m/x2.mp3"), "count\t2", "order\t1 2"}));
 
+    // Which rows make it, and in what order, the playlist tests show; the
+    // vanished file is passed over without a word.
     const CliRun all = runCli({"queue", vkt, "all-play"});
     ASSERT_EQ(all.exitCode, 0);
     EXPECT_EQ(all.out.size(), 5);  // three good rows, the count, the order
-    const QStringList order = all.out.last().mid(6).split(' ');
-    EXPECT_EQ(QStringList(order).filter(QRegularExpression("^[123]$")).size(), 3);
-    EXPECT_NE(order.last(), "3");  // the third entry never takes the last slot
-
-    // The row of the vanished file, in the order "open" prints.
-    const QStringList rows = runCli({"open", vkt}).out;
-    const int gone = rows.indexOf(QRegularExpression(".*\tgone\\.mp3\t.*")) + 1;
-    ASSERT_GT(gone, 0);
-    const CliRun missing = runCli({"queue", vkt, "track-add", QString::number(gone)});
-    EXPECT_EQ(missing.exitCode, 0);
-    EXPECT_EQ(missing.out, (QStringList{"count\t0", "order\t"}));
-    ASSERT_EQ(missing.json.size(), 1u);
-    EXPECT_EQ(missing.json[0]["title"].toString(), "File not found");
+    EXPECT_EQ(all.json.size(), 0u);
 
     EXPECT_EQ(runCli({"queue", vkt, "shuffle"}).exitCode, 2);
     EXPECT_EQ(runCli({"queue", vkt, "track-add", "9"}).exitCode, 2);
@@ -125,8 +98,9 @@ TEST(CliQueue, RunsTheMenuCommandsOnLibraryRows)
 TEST(CliDups, PrintsGroupsAndRemovesAsTheWindowDoes)
 {
     TempEnv env;
-    const QString a = track(env, "d/a.mp3", "A", "T"), b = track(env, "d/b.mp3", "A", "T");
-    const QString c = track(env, "d/c.mp3", "B", "T"), d = track(env, "d/d.mp3", "A", "T");
+    const QString a = track(env, "d/a.mp3", "A", "T"), c = track(env, "d/c.mp3", "B", "T");
+    track(env, "d/b.mp3", "A", "T");
+    track(env, "d/d.mp3", "A", "T");
     const QString list = env.path("d/list.m3u");
     writeFile(list, "a.mp3\r\nb.mp3\r\nc.mp3\r\nd.mp3\r\n");
 
@@ -134,12 +108,7 @@ TEST(CliDups, PrintsGroupsAndRemovesAsTheWindowDoes)
     ASSERT_EQ(groups.exitCode, 0);
     EXPECT_EQ(groups.out, QStringList{"1\tT\tA\t1,2,4"});
 
-    const CliRun refused = runCli({"dups", list, "--remove", "1", "2", "4"});
-    ASSERT_EQ(refused.exitCode, 0);
-    ASSERT_EQ(refused.json.size(), 1u);
-    EXPECT_EQ(refused.json[0]["title"].toString(), "Can't remove all tracks");
-    EXPECT_EQ(refused.out.last(), "count\t4");
-
+    // The rules of removal are the scan's own; the list file stays as it was.
     const CliRun removed = runCli({"dups", list, "--remove", "2", "4"});
     ASSERT_EQ(removed.exitCode, 0);
     EXPECT_EQ(removed.out, (QStringList{"1\tT\tA\t1,2,4", "1\tA\tAlbum\tT\t00:00\t" + a, "2\tB\tAlbum\tT\t00:00\t" + c,

@@ -1,7 +1,8 @@
 // What the library commands refuse rather than guess, and names a library
 // cannot keep: each refusal stops at once with a clear message and leaves
 // nothing behind; hostile names are reported and never break a record or
-// lead out of the Main Folder.
+// lead out of the Main Folder; on a FAT medium, where two spellings of a name
+// are one file, a rename that changes only the letter case never deletes.
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -13,6 +14,7 @@
 #include <unistd.h>
 
 #include "cli_run.h"
+#include "tests/support/fat_mount.h"
 #include "tests/support/qt_gtest_print.h"
 #include "tests/support/tagged_mp3.h"
 #include "tests/support/temp_env.h"
@@ -118,4 +120,34 @@ TEST(CliRefusals, NamesTheLibraryCannotKeepAreReportedAndDotsNeverLeaveTheFolder
                                                                 "0 tracks were added."));
     EXPECT_EQ(again.out.size(), 2);
     ::unlink(latin1.constData());  // which the temporary folder's removal cannot see
+}
+
+// Every question is answered yes. (Relocation renames folders, which the FUSE
+// FAT driver at hand does not do faithfully, so it is not tried here.)
+TEST(CliCaseInsensitiveDisk, ACaseOnlyChangeRenamesAndNeverDeletes)
+{
+    TempEnv env;
+    FatMount fat(env.path("fat.img"), env.path("Music"));
+    if (!fat.mounted())
+        GTEST_SKIP() << fat.reason().toStdString();
+    const QByteArray one = taggedMp3({"Abba", "Gold", "1", "One", {}, {}}, {0.2});
+    const QByteArray two = taggedMp3({"Abba", "Gold", "2", "Two", {}, {}}, {0.2});
+    writeFile(env.path("Music/A/Abba/Gold/abba - gold - 01 - one.mp3"), one);
+    writeFile(env.path("Music/A/Abba/Gold/Abba - Gold - 02 - Two.mp3"), two);
+    const QString vkt = env.path("Lib.vkt");
+    ASSERT_EQ(runCli({"--dialog", env.path("Music"), "new", vkt}).exitCode, 0);
+
+    const CliRun renamed = runCli({"--answer", "yes", "rename", vkt, "all"});
+    EXPECT_EQ(renamed.exitCode, 0);
+    EXPECT_FALSE(renamed.err.contains("Confirm replacement")) << renamed.err.toStdString();
+
+    EXPECT_EQ(QDir(env.path("Music/A")).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList{"Abba"});
+    EXPECT_EQ(QDir(env.path("Music/A/Abba/Gold")).entryList(QDir::Files),
+              (QStringList{"Abba - Gold - 01 - One.mp3", "Abba - Gold - 02 - Two.mp3"}));
+    EXPECT_EQ(readFile(env.path("Music/A/Abba/Gold/Abba - Gold - 01 - One.mp3")), one);
+    EXPECT_EQ(readFile(env.path("Music/A/Abba/Gold/Abba - Gold - 02 - Two.mp3")), two);
+    const QStringList rows = rowPaths(runCli({"open", vkt}));
+    ASSERT_EQ(rows.size(), 2);
+    for (const QString& path : rows)
+        EXPECT_TRUE(QFileInfo(path).isFile()) << path.toStdString();
 }

@@ -53,19 +53,10 @@ QMap<QString, Source> makeSources(const TempEnv& env)
         s.ruleFolder = untagged || noAlbum ? QStringLiteral("Quarantaine")
                        : various           ? QStringLiteral("Various Artists/") + album
                                            : QString(artist[0]) + '/' + artist + '/' + album;
-        QDir().mkpath(QFileInfo(s.path).absolutePath());
         writeFile(s.path, s.bytes);
         sources.insert(name, s);
     }
     return sources;
-}
-
-QString iniValue(const QString& file, const QByteArray& key)
-{
-    for (const QByteArray& line : readFile(file).split('\n'))
-        if (line.startsWith(key + '='))
-            return QString::fromUtf8(line.mid(key.size() + 1).trimmed());
-    return {};
 }
 
 // Starts the import and kills it `delayUs` microseconds after the Trackfile
@@ -87,14 +78,6 @@ bool killScanAfter(const QString& vkt, const QString& folder, int records, int d
     p.kill();  // SIGKILL
     p.waitForFinished();
     return p.exitStatus() == QProcess::CrashExit;
-}
-
-QStringList rowPaths(const CliRun& r)
-{
-    QStringList paths;
-    for (const QString& line : r.out)
-        paths << line.section('\t', 8, 8) + '/' + line.section('\t', 9, 9);
-    return paths;
 }
 
 }  // namespace

@@ -37,13 +37,11 @@ TEST(Lifecycle, NewLibraryAsksItsWayThroughAndIsFilledByARefresh)
     EXPECT_EQ(f.ui.caption, "ZEV's MP3 Sonorit - New");
 
     const QString data = f.app.paths.Data_Folder;
-    const IniFile ini(vkt);
-    EXPECT_EQ(ini.read("GENERAL", "ALBUMLIB_NAME", ""), data + "Trackfile000.tri");
-    EXPECT_EQ(ini.read("GENERAL", "FREEID_NAME", ""), data + "IDfile000.tri");
-    EXPECT_EQ(ini.read("GENERAL", "LIB_FOLDER", ""), main + "/");
-    EXPECT_EQ(ini.read("GENERAL", "BAK_FOLDER", ""), f.env.path("Bak") + "/");
-    EXPECT_EQ(ini.read("GENERAL", "ALBUM_COUNT", ""), "1");
-    EXPECT_EQ(ini.read("GENERAL", "ID_COUNT", ""), "1");
+    QStringList general;
+    for (const char* key : {"ALBUMLIB_NAME", "FREEID_NAME", "LIB_FOLDER", "BAK_FOLDER", "ALBUM_COUNT", "ID_COUNT"})
+        general << IniFile(vkt).read("GENERAL", key, "");
+    EXPECT_EQ(general, (QStringList{data + "Trackfile000.tri", data + "IDfile000.tri", main + "/",
+                                    f.env.path("Bak") + "/", "1", "1"}));
     EXPECT_TRUE(QDir(main + "/Quarantaine").exists());
     EXPECT_EQ(f.lib.MP3_List.count(), 1);
     EXPECT_EQ(f.app.Last_Used_Lib, vkt);
@@ -69,11 +67,16 @@ TEST(Lifecycle, NewLibraryAsksItsWayThroughAndIsFilledByARefresh)
     EXPECT_FALSE(f.app.libraryOpen());
 }
 
-TEST(Lifecycle, DeletingAnotherLibraryLeavesTheCurrentOne)
+TEST(Lifecycle, DeletingALibraryRemovesItsFilesOnlyAndClosesItIfCurrent)
 {
     WorkFixture f;
-    LibraryMaker other(f.app.paths, f.env.path("Other.vkt"));
-    const LibraryFiles o = other.write();
+    writeTaggedMp3(f.main + "a/1.mp3", tags("A", "Ax", "1", "One"));
+    f.ui.answers = {Answer::No};
+    mnu_Library_Refresh(f.ctx);
+
+    // Another library: its three files go, the current one stays open.
+    const LibraryFiles o = LibraryMaker(f.app.paths, f.env.path("Other.vkt")).write();
+    f.ui.messages.clear();
     f.ui.dialogResults = {o.vkt};
     f.ui.answers = {Answer::Yes};
     mnu_Library_Delete(f.ctx);
@@ -85,28 +88,17 @@ TEST(Lifecycle, DeletingAnotherLibraryLeavesTheCurrentOne)
         EXPECT_FALSE(QFileInfo::exists(p)) << p.toStdString();
     EXPECT_TRUE(f.app.libraryOpen());
     EXPECT_FALSE(f.ui.locked);
-}
 
-TEST(Lifecycle, DeletingTheCurrentLibraryClosesItAndKeepsItsTracks)
-{
-    WorkFixture f;
-    writeTaggedMp3(f.main + "a/1.mp3", tags("A", "Ax", "1", "One"));
-    f.ui.answers = {Answer::No};
-    mnu_Library_Refresh(f.ctx);
-
+    // The current one: No changes nothing; Yes closes it, its tracks stay.
     f.ui.messages.clear();
-    f.ui.dialogResults = {f.files.vkt};
-    f.ui.answers = {Answer::No};
-    mnu_Library_Delete(f.ctx);  // No: nothing changes
+    f.ui.dialogResults = {f.files.vkt, f.files.vkt};
+    f.ui.answers = {Answer::No, Answer::Yes};
+    mnu_Library_Delete(f.ctx);
     EXPECT_TRUE(QFileInfo::exists(f.files.vkt));
     EXPECT_EQ(f.lib.MP3_List.count(), 1);
-
-    f.ui.messages.clear();
-    f.ui.dialogResults = {f.files.vkt};
-    f.ui.answers = {Answer::Yes};
     mnu_Library_Delete(f.ctx);
-    ASSERT_EQ(f.ui.titles(), QStringList{"Delete current Libray?"});
-    EXPECT_EQ(f.ui.messages[0].text,
+    ASSERT_EQ(f.ui.titles(), (QStringList{"Delete current Libray?", "Delete current Libray?"}));
+    EXPECT_EQ(f.ui.messages[1].text,
               "The Library you want to delete is the current Library.\r\n"
               "If you delete this Library, the current library will be closed as well.\r\n\r\n"
               "Are you sure you want to delete the current library?\r\n\r\n"

@@ -179,12 +179,9 @@ TEST(OpenLibrary, MenuEntryAndAMainFolderThatIsGone)
     f.files = f.maker.write();
     f.app.Library_Data_Folder.clear();
     EXPECT_FALSE(mnu_Library_Open(f.ctx));  // cancelled
-    ASSERT_EQ(f.ui.fileDialogs.size(), 1u);
-    const FileDialogRequest& r = f.ui.fileDialogs[0];
-    EXPECT_EQ(r.mode, FileDialogMode::Open);
-    EXPECT_EQ(QStringList({r.title, r.filterDescription, r.filterPattern, r.defaultExtension, r.startFolder}),
-              QStringList({"Open Library", "ZEV's MP3 Sonorit Library Files (*.vkt)", "*.vkt", "vkt",
-                           f.env.path("bin")}));
+    ASSERT_EQ(f.ui.fileDialogs.size(), 1u);  // its texts the window's tests show
+    EXPECT_EQ(f.ui.fileDialogs[0].mode, FileDialogMode::Open);
+    EXPECT_EQ(f.ui.fileDialogs[0].startFolder, f.env.path("bin"));
 
     const QString upper = f.env.path("MUSIC.VKT");  // only ".vkt" exactly is a library
     QFile::copy(f.files.vkt, upper);

@@ -1,7 +1,6 @@
 #pragma once
 // An open library over real MP3 files: the fixture's empty library with its
 // Main Folder, sources outside it, and what the disk holds afterwards.
-#include <QDirIterator>
 #include <QFileInfo>
 
 #include "library/trackfile.h"
@@ -26,15 +25,7 @@ struct WorkFixture : LibraryFixture {
         return path;
     }
     // Every file under the Main Folder, relative to it, sorted.
-    QStringList filesUnderMain() const
-    {
-        QStringList out;
-        QDirIterator it(main, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-        while (it.hasNext())
-            out << it.next().mid(main.size());
-        out.sort();
-        return out;
-    }
+    QStringList filesUnderMain() const { return filesUnder(main); }
     QString pathOf(int row) const
     {
         return lib.MP3_List.field(row, ColFolder) + '/' + lib.MP3_List.field(row, ColFilename);

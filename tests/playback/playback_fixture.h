@@ -88,16 +88,21 @@ struct RecordingView : PlayerView {
     void setVolumeSlider(int v, const QString& tip) override { events << QString("volume:%1 %2").arg(v).arg(tip); }
 };
 
-struct PlayerFixture {
+// A player in a private home on the graphs `Graphs` makes, telling `View`.
+template <typename Graphs, typename View>
+struct PlayerRig {
     TempEnv env;
     AppState app{env.paths()};
     LibraryState lib;
     PlaybackState play;
     ScriptedUi ui;
-    FakeGraphs graphs;
-    RecordingView view;
+    Graphs graphs;
+    View view;
     Player player{PlaybackContext{app, lib, play, ui, graphs, view}};
     PlaylistCommands cmds{player};
+};
+
+struct PlayerFixture : PlayerRig<FakeGraphs, RecordingView> {
     PlaylistFiles files{cmds};
 
     // A real short MP3 with a tag, under the temporary HOME.

@@ -109,7 +109,6 @@ TEST(PlaylistCommands, WavAndWmaEntriesAskForTheirColumns)
 {
     PlayerFixture f;
     const QString wav = f.env.path("in/take.wav");
-    QDir().mkpath(f.env.path("in"));
     writeFile(wav, QByteArray(64, 'w'));
     f.app.settings.SaveSetting("Convert", "SourceFolder", f.env.path("in"));
     f.ui.dialogResults = {wav};
@@ -117,9 +116,9 @@ TEST(PlaylistCommands, WavAndWmaEntriesAskForTheirColumns)
     f.graphs.script.duration = 125.4;
     f.cmds.mnu_Wav_Add();
     ASSERT_EQ(f.ui.fileDialogs.size(), 1u);
-    EXPECT_EQ(f.ui.fileDialogs[0].title, "Open WAV Audio Track");
-    EXPECT_EQ(f.ui.fileDialogs[0].filterDescription, "WAV Files (*.wav)");
-    EXPECT_EQ(f.ui.fileDialogs[0].startFolder, f.env.path("in"));
+    const FileDialogRequest& d = f.ui.fileDialogs[0];
+    EXPECT_EQ(QStringList({d.title, d.filterDescription, d.startFolder}),
+              QStringList({"Open WAV Audio Track", "WAV Files (*.wav)", f.env.path("in")}));
     ASSERT_EQ(f.play.PlayList_Count, 1);
     EXPECT_EQ(f.ui.inputPrompts,
               (QStringList{"Please provide the artist name of this track take.wav|Unknown Artist|Unknown Artist",

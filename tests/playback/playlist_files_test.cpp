@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QDirIterator>
 
 #include "playback_fixture.h"
 
@@ -24,16 +23,6 @@ QStringList rowsOf(const PlaybackState& s)
 QStringList filesOf(const PlaybackState& s)
 {
     return s.Play_File.mid(0, s.PlayList_Count);
-}
-
-QStringList listing(const QString& folder)
-{
-    QStringList out;
-    QDirIterator it(folder, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext())
-        out << it.next();
-    out.sort();
-    return out;
 }
 
 }  // namespace
@@ -160,12 +149,12 @@ TEST(PlaylistFiles, BadInputLoadsTheGoodEntriesAndWritesNothing)
         + QByteArray("\0\0\0good.mp3\r\n", 13);
     const QString list = dir + "/bad.m3u";
     writeFile(list, bytes);
-    const QStringList before = listing(dir);
+    const QStringList before = filesUnder(dir);
 
     ASSERT_TRUE(f.files.openFile(list, true));
     EXPECT_EQ(filesOf(f.play), (QStringList{latin, good}));
     EXPECT_EQ(f.play.Play_List.count(), 2);
-    EXPECT_EQ(listing(dir), before);
+    EXPECT_EQ(filesUnder(dir), before);
     EXPECT_EQ(readFile(list), bytes);
 
     // Files that are no list are refused and change nothing.

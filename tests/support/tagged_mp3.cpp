@@ -1,6 +1,5 @@
 #include "tagged_mp3.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include "tests/support/tag_bytes.h"
@@ -34,7 +33,6 @@ bool writeTaggedMp3(const QString& path, const TrackTags& t, const Mp3Recipe& re
     const QByteArray bytes = taggedMp3(t, recipe);
     if (bytes.isEmpty())
         return false;
-    QDir().mkpath(QFileInfo(path).absolutePath());
     writeFile(path, bytes);
     return QFileInfo(path).size() == bytes.size();
 }

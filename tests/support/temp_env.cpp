@@ -1,7 +1,9 @@
 #include "temp_env.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 
 namespace sonorit::test {
 
@@ -47,9 +49,20 @@ QByteArray readFile(const QString& path)
 
 void writeFile(const QString& path, const QByteArray& bytes)
 {
+    QDir().mkpath(QFileInfo(path).absolutePath());
     QFile f(path);
     if (f.open(QIODevice::WriteOnly))
         f.write(bytes);
+}
+
+QStringList filesUnder(const QString& folder, const QStringList& nameFilters)
+{
+    QStringList out;
+    QDirIterator it(folder, nameFilters, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        out << QDir(folder).relativeFilePath(it.next());
+    out.sort();
+    return out;
 }
 
 }  // namespace sonorit::test

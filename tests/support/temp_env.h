@@ -4,6 +4,7 @@
 // started meanwhile inherit them.
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include "shell/app_paths.h"
@@ -24,6 +25,10 @@ private:
 };
 
 QByteArray readFile(const QString& path);
+// Makes the missing folders on the way.
 void writeFile(const QString& path, const QByteArray& bytes);
+// Every file below `folder` (hidden ones too) matching `nameFilters`,
+// relative to it, sorted.
+QStringList filesUnder(const QString& folder, const QStringList& nameFilters = {});
 
 }  // namespace sonorit::test

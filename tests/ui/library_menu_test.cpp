@@ -1,8 +1,6 @@
 // The Library menu of the main window: its entries and their states, and the
 // commands run through it over real MP3 files with every dialog answered as
 // a user would.
-#include <QDirIterator>
-
 #include "tests/support/library_maker.h"
 #include "tests/support/tagged_mp3.h"
 #include "window_fixture.h"
@@ -26,17 +24,6 @@ QString layout(const QMenu* menu)
             names << action->objectName() + " " + action->text();
     }
     return names.join(", ");
-}
-
-// Every file under `folder`, relative to it, sorted.
-QStringList filesUnder(const QString& folder)
-{
-    QStringList files;
-    QDirIterator it(folder, QDir::Files, QDirIterator::Subdirectories);
-    while (it.hasNext())
-        files << it.next().mid(folder.size() + 1);
-    files.sort();
-    return files;
 }
 
 class LibraryMenuTest : public BaseWindowTest {
@@ -181,19 +168,14 @@ TEST_F(LibraryMenuTest, NewLibraryOverMp3FilesThenRenameAndRelocateAll)
     ASSERT_EQ(working.size(), kIdle.size());
     EXPECT_FALSE(working[2]);  // the list is hidden meanwhile
     EXPECT_EQ(view(), kIdle);
-    const QStringList renamed = shownFiles();
-    EXPECT_EQ(renamed.filter(QRegularExpression("^In/[^/]+ - .+ - 0\\d - [^/]+\\.mp3$")).size(), 3)
-        << renamed.join(", ").toStdString();
-    EXPECT_EQ(filesUnder(music).filter(".mp3"), renamed);
+    EXPECT_EQ(shownFiles(), filesUnder(music, {"*.mp3"}));
+    EXPECT_EQ(shownFiles().filter(" - Plastic Letters - 03 - Denis.mp3").size(), 1);
 
-    // Relocate All moves them into the folders their tags name; the row
-    // selected before is selected again.
+    // Relocate All: the view follows the files again, and the row selected
+    // before is selected again.
     trigger("mnu_Library_Relocate_All");
-    const QStringList placed = shownFiles();
-    EXPECT_EQ(placed.filter(QRegularExpression("^B/Blondie/Plastic Letters/[^/]+$")).size(), 1)
-        << placed.join(", ").toStdString();
-    EXPECT_EQ(placed.filter(QRegularExpression("^K/Kraftwerk/Trans Europa Express/[^/]+$")).size(), 2);
-    EXPECT_EQ(filesUnder(music).filter(".mp3"), placed);
+    EXPECT_EQ(shownFiles(), filesUnder(music, {"*.mp3"}));
+    EXPECT_EQ(shownFiles().filter("B/Blondie/Plastic Letters/").size(), 1);
     EXPECT_EQ(model->index(list()->currentIndex().row(), ColTitle).data().toString(), "Denis");
     EXPECT_EQ(view(), kIdle);
 
