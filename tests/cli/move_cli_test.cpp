@@ -40,22 +40,6 @@ QMap<QString, QByteArray> makeTracks(const QString& main, int count)
     return tracks;
 }
 
-QString iniValue(const QString& file, const QByteArray& key)
-{
-    for (const QByteArray& line : readFile(file).split('\n'))
-        if (line.startsWith(key + '='))
-            return QString::fromUtf8(line.mid(key.size() + 1).trimmed());
-    return {};
-}
-
-QStringList rowPaths(const CliRun& r)
-{
-    QStringList paths;
-    for (const QString& line : r.out)
-        paths << line.section('\t', 8, 8) + '/' + line.section('\t', 9, 9);
-    return paths;
-}
-
 // Every file below the folders, by name, with the number of places it has.
 QMap<QString, QStringList> placesOf(const QStringList& folders)
 {
