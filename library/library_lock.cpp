@@ -9,6 +9,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <set>
+#include <utility>
+
 #include "library/open_library.h"
 #include "shell/app_state.h"
 #include "shell/ui_port.h"
@@ -30,6 +33,15 @@ bool sameStamp(const LibraryState::Seen& a, const LibraryState::Seen& b)
     return a.valid == b.valid && a.inode == b.inode && a.size == b.size && a.mtime == b.mtime;
 }
 
+// The lock files this process holds, by device and inode. A lock of another
+// descriptor of the same file would wait for this process itself, so an
+// inner acquire (opening the library during a change) shares the outer one.
+std::set<std::pair<dev_t, ino_t>>& heldLocks()
+{
+    static std::set<std::pair<dev_t, ino_t>> held;
+    return held;
+}
+
 }  // namespace
 
 QString Library_In_Use_Text() { return QStringLiteral("The library is in use by another program."); }
@@ -41,6 +53,15 @@ bool LibraryLock::acquire(const QString& trackfile, int waitMs)
     fd_ = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
     if (fd_ < 0)
         return true;  // a data folder that cannot hold the lock file cannot hold a change either
+    struct stat st {};
+    if (::fstat(fd_, &st) != 0)
+        return true;
+    const std::pair<dev_t, ino_t> id{st.st_dev, st.st_ino};
+    if (heldLocks().count(id) != 0) {
+        ::close(fd_);
+        fd_ = -1;
+        return true;
+    }
     QElapsedTimer waited;
     waited.start();
     while (::flock(fd_, LOCK_EX | LOCK_NB) != 0) {
@@ -50,11 +71,18 @@ bool LibraryLock::acquire(const QString& trackfile, int waitMs)
         }
         QThread::msleep(20);
     }
+    heldLocks().insert(id);
+    held_ = id;
+    holds_ = true;
     return true;
 }
 
 void LibraryLock::release()
 {
+    if (holds_) {
+        heldLocks().erase(held_);
+        holds_ = false;
+    }
     if (fd_ >= 0) {
         ::close(fd_);  // ends the lock
         fd_ = -1;

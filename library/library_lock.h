@@ -3,6 +3,8 @@
 // held for the time of each change. Readers never take it.
 #include <QString>
 #include <functional>
+#include <sys/types.h>
+#include <utility>
 
 #include "library/library_state.h"
 
@@ -18,12 +20,15 @@ public:
     LibraryLock& operator=(const LibraryLock&) = delete;
 
     // Waits up to `waitMs` for the lock of the library whose Trackfile is
-    // `trackfile`; false when another program keeps holding it.
+    // `trackfile`; false when another program keeps holding it. Within a
+    // change that holds the lock already, true at once.
     bool acquire(const QString& trackfile, int waitMs = 2000);
     void release();
 
 private:
     int fd_ = -1;
+    std::pair<dev_t, ino_t> held_{};
+    bool holds_ = false;
 };
 
 // Runs `change` on the open library under its lock. A library that another

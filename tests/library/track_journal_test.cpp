@@ -10,6 +10,7 @@
 
 #include "library/naming_commands.h"
 #include "library/refresh.h"
+#include "library/library_lock.h"
 #include "library/track_journal.h"
 #include "library/track_moves.h"
 #include "work_fixture.h"
@@ -103,12 +104,20 @@ TEST(TrackJournal, OpeningAppliesTheJournalAndKeepsItWhileAnotherProgramHoldsThe
     EXPECT_EQ(readFile(journal), record + record.left(20));
     ::close(fd);
 
-    // Free: written into the Trackfile, the journal gone.
+    // Held by this very program, as a command opens the library under its
+    // lock: written into the Trackfile, the journal gone, so that no later
+    // change of the Trackfile meets a stale journal at the next open.
     Close_Library(f.ctx);
+    LibraryLock outer;
+    ASSERT_TRUE(outer.acquire(f.files.trackfile, 0));
     ASSERT_TRUE(Open_Library(f.ctx, f.files.vkt));
     EXPECT_EQ(f.lib.MP3_List.field(f.lib.MP3_List.find(ColID, moved[ColID]), ColFolder), moved[ColFolder]);
     EXPECT_FALSE(QFile::exists(journal));
     EXPECT_TRUE(f.recordsMatchList());
+    // The inner lock ended with the opening; the outer one still holds.
+    const int other = ::open(QFile::encodeName(f.files.trackfile + ".lock").constData(), O_RDWR);
+    EXPECT_NE(::flock(other, LOCK_EX | LOCK_NB), 0);
+    ::close(other);
 }
 
 TEST(TrackJournal, ARenameKilledBeforeAnyMoveOpensToRowsAtTheFilesAsTheyStand)
