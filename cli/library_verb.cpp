@@ -65,4 +65,23 @@ int selectRows(TrackList& list, const std::vector<int>& rows)
     return ExitOk;
 }
 
+int onScopedRows(CliContext& c, const QStringList& args, const QStringList& scopes,
+                 const std::function<int(LibraryContext&, int scope)>& run)
+{
+    if (args.size() < 2)
+        return ExitUsage;
+    const int scope = int(scopes.indexOf(args[1]));
+    if (scope < 0)
+        return usageError(QStringLiteral("the scope is ") + scopes.mid(0, scopes.size() - 1).join(QStringLiteral(", "))
+                          + QStringLiteral(" or ") + scopes.last() + QStringLiteral(": ") + args[1]);
+    std::vector<int> rows;
+    if (const int rc = parseRows(args.mid(2), rows); rc != ExitOk)
+        return rc;
+    return onLibrary(c, args[0], Lengths::Tags, [&](LibraryContext& lc) {
+        if (const int rc = selectRows(lc.lib.MP3_List, rows); rc != ExitOk)
+            return rc;
+        return run(lc, scope);
+    });
+}
+
 }  // namespace sonorit::cli

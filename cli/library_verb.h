@@ -48,4 +48,11 @@ int parseRows(const QStringList& texts, std::vector<int>& rows);
 // selection stays as opening left it. ExitUsage for a row past the list.
 int selectRows(TrackList& list, const std::vector<int>& rows);
 
+// VERB LIB.vkt SCOPE [ROW...]: `scopes` are the scope words the verb knows;
+// `run` gets the index of the one given, once the ROWs are selected on the
+// opened library. Without ROW the first row stays selected, as opening
+// leaves it.
+int onScopedRows(CliContext& c, const QStringList& args, const QStringList& scopes,
+                 const std::function<int(LibraryContext&, int scope)>& run);
+
 }  // namespace sonorit::cli

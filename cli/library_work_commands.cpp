@@ -150,47 +150,28 @@ const CliCommand deleteCommand("delete", "delete LIB.vkt", [](CliContext& c, con
 
 using NamingCommand = void (*)(LibraryContext&);
 
-struct Scope {
-    const char* name;
-    NamingCommand rename, relocate;
-};
+// The commands of each scope: track, selection, album, all.
+const NamingCommand kRename[] = {&mnu_Library_Rename_Track, &mnu_Library_Rename_Selection,
+                                 &mnu_Library_Rename_Album, &mnu_Library_Rename_All};
+const NamingCommand kRelocate[] = {&mnu_Library_Relocate_Track, &mnu_Library_Relocate_Selection,
+                                   &mnu_Library_Relocate_Album, &mnu_Library_Relocate_All};
 
-const Scope kScopes[] = {
-    {"track", &mnu_Library_Rename_Track, &mnu_Library_Relocate_Track},
-    {"selection", &mnu_Library_Rename_Selection, &mnu_Library_Relocate_Selection},
-    {"album", &mnu_Library_Rename_Album, &mnu_Library_Relocate_Album},
-    {"all", &mnu_Library_Rename_All, &mnu_Library_Relocate_All},
-};
-
-// rename|relocate LIB.vkt SCOPE [ROW...]: ROWs count from 1 in the order
-// "open" prints; the first is the selected row, all of them the selection.
-// Without ROW the first row stays selected, as opening leaves it.
-int namingCommand(CliContext& c, const QStringList& args, bool rename)
+// rename|relocate LIB.vkt SCOPE [ROW...]
+int namingCommand(CliContext& c, const QStringList& args, const NamingCommand (&commands)[4])
 {
-    if (args.size() < 2)
-        return ExitUsage;
-    const Scope* scope = nullptr;
-    for (const Scope& s : kScopes)
-        if (args[1] == QLatin1String(s.name))
-            scope = &s;
-    if (!scope)
-        return usageError(QStringLiteral("the scope is track, selection, album or all: ") + args[1]);
-    std::vector<int> rows;
-    if (const int rc = parseRows(args.mid(2), rows); rc != ExitOk)
-        return rc;
-    return onLibrary(c, args[0], Lengths::Tags, [&](LibraryContext& lc) {
-        if (const int rc = selectRows(lc.lib.MP3_List, rows); rc != ExitOk)
-            return rc;
-        (rename ? scope->rename : scope->relocate)(lc);
+    const QStringList scopes{QStringLiteral("track"), QStringLiteral("selection"), QStringLiteral("album"),
+                             QStringLiteral("all")};
+    return onScopedRows(c, args, scopes, [&](LibraryContext& lc, int scope) {
+        commands[scope](lc);
         return int(ExitOk);
     });
 }
 
 const CliCommand renameCommand("rename", "rename LIB.vkt track|selection|album|all [ROW...]",
-                               [](CliContext& c, const QStringList& args) { return namingCommand(c, args, true); });
+                               [](CliContext& c, const QStringList& args) { return namingCommand(c, args, kRename); });
 
 const CliCommand relocateCommand("relocate", "relocate LIB.vkt track|selection|album|all [ROW...]",
-                                 [](CliContext& c, const QStringList& args) { return namingCommand(c, args, false); });
+                                 [](CliContext& c, const QStringList& args) { return namingCommand(c, args, kRelocate); });
 
 }  // namespace
 }  // namespace sonorit::cli

@@ -13,57 +13,33 @@ namespace {
 
 using TrackCommand = bool (*)(LibraryContext&);
 
-struct Scope {
-    const char* name;
-    TrackCommand remove, erase, copy;
-};
+// The commands of each scope: track, selection, album.
+const TrackCommand kRemove[] = {&mnu_Library_Remove_MP3, &mnu_Library_Remove_Selection, &mnu_Library_Remove_Album};
+const TrackCommand kErase[] = {&mnu_Tracks_Delete_Track, &mnu_Tracks_Delete_Selection, &mnu_Tracks_Delete_Album};
+const TrackCommand kCopy[] = {&mnu_Tracks_Copy_Track, &mnu_Tracks_Copy_Selection, &mnu_Tracks_Copy_Album};
 
-const Scope kScopes[] = {
-    {"track", &mnu_Library_Remove_MP3, &mnu_Tracks_Delete_Track, &mnu_Tracks_Copy_Track},
-    {"selection", &mnu_Library_Remove_Selection, &mnu_Tracks_Delete_Selection, &mnu_Tracks_Copy_Selection},
-    {"album", &mnu_Library_Remove_Album, &mnu_Tracks_Delete_Album, &mnu_Tracks_Copy_Album},
-};
-
-enum class Family { Remove, Erase, Copy };
-
-// remove|erase|copy LIB.vkt SCOPE [ROW...]: ROWs count from 1 in the order
-// "open" prints; the first is the selected row, all of them the selection.
-int trackCommand(CliContext& c, const QStringList& args, Family family)
+// remove|erase|copy LIB.vkt SCOPE [ROW...]
+int trackCommand(CliContext& c, const QStringList& args, const TrackCommand (&commands)[3])
 {
-    if (args.size() < 2)
-        return ExitUsage;
-    const Scope* scope = nullptr;
-    for (const Scope& s : kScopes)
-        if (args[1] == QLatin1String(s.name))
-            scope = &s;
-    if (!scope)
-        return usageError(QStringLiteral("the scope is track, selection or album: ") + args[1]);
-    std::vector<int> rows;
-    if (const int rc = parseRows(args.mid(2), rows); rc != ExitOk)
-        return rc;
-    return onLibrary(c, args[0], Lengths::Tags, [&](LibraryContext& lc) {
-        if (const int rc = selectRows(lc.lib.MP3_List, rows); rc != ExitOk)
-            return rc;
-        const TrackCommand run = family == Family::Remove ? scope->remove
-                                 : family == Family::Erase ? scope->erase
-                                                           : scope->copy;
-        return run(lc) ? int(ExitOk) : int(ExitFailed);
+    const QStringList scopes{QStringLiteral("track"), QStringLiteral("selection"), QStringLiteral("album")};
+    return onScopedRows(c, args, scopes, [&](LibraryContext& lc, int scope) {
+        return commands[scope](lc) ? int(ExitOk) : int(ExitFailed);
     });
 }
 
 const CliCommand removeCommand("remove", "remove LIB.vkt track|selection|album [ROW...]",
                                [](CliContext& c, const QStringList& args) {
-                                   return trackCommand(c, args, Family::Remove);
+                                   return trackCommand(c, args, kRemove);
                                });
 
 const CliCommand eraseCommand("erase", "erase LIB.vkt track|selection|album [ROW...]",
                               [](CliContext& c, const QStringList& args) {
-                                  return trackCommand(c, args, Family::Erase);
+                                  return trackCommand(c, args, kErase);
                               });
 
 const CliCommand copyCommand("copy", "copy LIB.vkt track|selection|album [ROW...]",
                              [](CliContext& c, const QStringList& args) {
-                                 return trackCommand(c, args, Family::Copy);
+                                 return trackCommand(c, args, kCopy);
                              });
 
 const CliCommand moveCommand("move", "move LIB.vkt", [](CliContext& c, const QStringList& args) {

@@ -202,17 +202,8 @@ std::vector<Found> scanBackup(Backup& b)
             b.unread.insert(folder);
             return;
         }
-        ui.setLabel17(QStringLiteral("Reading Folder: ") + folder);
-        ui.setProgressRange(0, int(names.size()) - 1);
-        for (int i = 0; i < names.size(); ++i) {
-            ui.setProgressValue(i);
-            ui.setLabel18(QStringLiteral("Collecting track ") + QString::number(i + 1) + QStringLiteral(" from ")
-                          + QString::number(names.size()) + QStringLiteral(": ") + names[i]);
-            ui.yield();
-            const QString path = folder + QLatin1Char('/') + names[i];
-            if (Is_Mpeg(path))
-                found.push_back({folder, names[i], path});
-        }
+        for (const QString& name : Collect_Mp3_Tracks(ui, folder, names))
+            found.push_back({folder, name, folder + QLatin1Char('/') + name});
     });
     std::stable_sort(found.begin(), found.end(), [](const Found& x, const Found& y) {
         const int byFolder = QString::compare(x.folder, y.folder, Qt::CaseInsensitive);

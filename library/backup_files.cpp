@@ -15,6 +15,7 @@
 #include "shell/durable_file.h"
 #include "shell/file_copy.h"
 #include "shell/ui_port.h"
+#include "tags/mpeg_info.h"
 
 namespace sonorit {
 
@@ -172,6 +173,22 @@ QString Without_Slash(const QString& folder)
     if (folder.size() > 1 && folder.endsWith(QLatin1Char('/')))
         return folder.chopped(1);
     return folder;
+}
+
+QStringList Collect_Mp3_Tracks(UiPort& ui, const QString& folder, const QStringList& names)
+{
+    QStringList tracks;
+    ui.setLabel17(QStringLiteral("Reading Folder: ") + folder);
+    ui.setProgressRange(0, int(names.size()) - 1);
+    for (int i = 0; i < names.size(); ++i) {
+        ui.setProgressValue(i);
+        ui.setLabel18(QStringLiteral("Collecting track ") + QString::number(i + 1) + QStringLiteral(" from ")
+                      + QString::number(names.size()) + QStringLiteral(": ") + names[i]);
+        ui.yield();
+        if (Is_Mpeg(folder + QLatin1Char('/') + names[i]))
+            tracks << names[i];
+    }
+    return tracks;
 }
 
 }  // namespace sonorit

@@ -42,6 +42,10 @@ CopyResult Copy_Keeping_Time(const QString& source, const QString& target);
 void Walk_Mp3_Folders(const QString& root, const QString& skip,
                       const std::function<void(const QString& folder, const QStringList& names)>& visit);
 
+// The names of `folder` that hold MPEG audio, read with the progress texts of
+// a folder scan.
+QStringList Collect_Mp3_Tracks(UiPort& ui, const QString& folder, const QStringList& names);
+
 // True, after telling the user, when the backup folder is the library folder,
 // lies inside it or holds it: a mirror there would take the library's own
 // files for copies.

@@ -35,16 +35,8 @@ std::vector<Copy> scanBackup(LibraryContext& c)
     UiPort& ui = c.ui;
     std::vector<Copy> found;
     Walk_Mp3_Folders(c.app.Backup_Folder, c.app.Library_Main_Folder, [&](const QString& folder, const QStringList& names) {
-        ui.setLabel17(QStringLiteral("Reading Folder: ") + folder);
-        ui.setProgressRange(0, int(names.size()) - 1);
-        for (int i = 0; i < names.size(); ++i) {
-            ui.setProgressValue(i);
-            ui.setLabel18(QStringLiteral("Collecting track ") + QString::number(i + 1) + QStringLiteral(" from ")
-                          + QString::number(names.size()) + QStringLiteral(": ") + names[i]);
-            ui.yield();
-            if (Is_Mpeg(folder + QLatin1Char('/') + names[i]))
-                found.push_back({folder, names[i]});
-        }
+        for (const QString& name : Collect_Mp3_Tracks(ui, folder, names))
+            found.push_back({folder, name});
     });
     std::stable_sort(found.begin(), found.end(), [](const Copy& x, const Copy& y) {
         const int byFolder = QString::compare(x.folder, y.folder, Qt::CaseInsensitive);

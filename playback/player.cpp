@@ -419,38 +419,28 @@ void Player::setLoop(bool on)
         c_.view.setCoverWindowLoopTick(on);
 }
 
-void Player::volumeSliderChanged(int value)
+// Each slider follows the other; its own lock keeps the echo of the other
+// from coming back.
+void Player::volumeFromSlider(int value, bool cover)
 {
     PlaybackState& s = c_.play;
-    if (s.Volume_Lock_Cover)
+    if (cover ? s.Volume_Lock_Main : s.Volume_Lock_Cover)
         return;
-    s.Volume_Lock_Main = true;
+    bool& lock = cover ? s.Volume_Lock_Cover : s.Volume_Lock_Main;
+    lock = true;
     s.Volume_Slider_Value = value;
     s.Volume_Level = volumeLevel(value);
     if (s.Is_Playing && !s.Muted && graph_)
         graph_->setVolume(s.Volume_Level);
     const QString tip = QString::number(value) + QLatin1Char('%');
     c_.view.setVolumeSlider(value, tip);
-    if (s.Cover_Window_Open)
+    if (cover || s.Cover_Window_Open)
         c_.view.setCoverVolumeSlider(value, tip);
-    s.Volume_Lock_Main = false;
+    lock = false;
 }
 
-void Player::coverVolumeSliderChanged(int value)
-{
-    PlaybackState& s = c_.play;
-    if (s.Volume_Lock_Main)
-        return;
-    s.Volume_Lock_Cover = true;
-    s.Volume_Slider_Value = value;
-    s.Volume_Level = volumeLevel(value);
-    if (s.Is_Playing && !s.Muted && graph_)
-        graph_->setVolume(s.Volume_Level);
-    const QString tip = QString::number(value) + QLatin1Char('%');
-    c_.view.setVolumeSlider(value, tip);
-    c_.view.setCoverVolumeSlider(value, tip);
-    s.Volume_Lock_Cover = false;
-}
+void Player::volumeSliderChanged(int value) { volumeFromSlider(value, false); }
+void Player::coverVolumeSliderChanged(int value) { volumeFromSlider(value, true); }
 
 void Player::balanceSliderChanged(int value)
 {

@@ -76,6 +76,7 @@ private:
     void skipBroken();
     bool startGraph(const QString& renderTarget);
     void applyVolume();
+    void volumeFromSlider(int value, bool cover);
     void releaseGraph();
     int roundedSeconds(double seconds) const;
 

@@ -183,7 +183,7 @@ void PlaylistCommands::mnu_All_Play()
     addRows(rows, true);
 }
 
-void PlaylistCommands::mnu_Artist_Add()
+void PlaylistCommands::artist(bool play)
 {
     const TrackList& list = c_.lib.MP3_List;
     const int sel = list.selected();
@@ -194,22 +194,11 @@ void PlaylistCommands::mnu_Artist_Add()
                       Icon::None);
         return;
     }
-    addRows(Artist_Members(list, sel), false);
+    addRows(Artist_Members(list, sel), play);
 }
 
-void PlaylistCommands::mnu_Artist_Play()
-{
-    const TrackList& list = c_.lib.MP3_List;
-    const int sel = list.selected();
-    if (sel < 0)
-        return;
-    if (list.field(sel, ColArtist).isEmpty()) {
-        c_.ui.message(QStringLiteral("No Artist known for this Track"), QStringLiteral("Unknown Artist"), Buttons::Ok,
-                      Icon::None);
-        return;
-    }
-    addRows(Artist_Members(list, sel), true);
-}
+void PlaylistCommands::mnu_Artist_Add() { artist(false); }
+void PlaylistCommands::mnu_Artist_Play() { artist(true); }
 
 namespace {
 bool albumKnown(PlaybackContext& c, int missing)
