@@ -315,14 +315,18 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
             selectFirst(c);
         return false;
     }
+    // The repairs below write the library files; while another program is
+    // changing the library they are made in memory only and left for the
+    // next opening, so that its change is neither raced nor undone.
+    LibraryLock repairLock;
+    const bool mayRepair = repairLock.acquire(a.Trackfile, 0);
     // What a killed rename or relocate left in its journal goes into the
-    // Trackfile; while another program holds the library, only in memory.
+    // Trackfile.
     bool replayedInMemory = false;
     QByteArray journal;
     if (Read_Track_Journal(a.Trackfile, &journal)) {
         records = Apply_Track_Journal(records, journal);
-        LibraryLock lock;
-        replayedInMemory = !lock.acquire(a.Trackfile, 0) || !Write_File_Durably(a.Trackfile, records);
+        replayedInMemory = !mayRepair || !Write_File_Durably(a.Trackfile, records);
         if (!replayedInMemory)
             QFile::remove(Track_Journal_Path(a.Trackfile));
     }
@@ -330,7 +334,7 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
     a.IDfile = vkt.read(kGeneral, QStringLiteral("FREEID_NAME"), QString());
     c.lib.ID_COUNT = static_cast<int>(idCount);
     if (!readFreeIds(c, std::max(trackTotal, 0)))
-        needsSort = true;
+        needsSort = mayRepair;
 
     c.ui.showProgress();
     list.setHidden(true);
@@ -344,8 +348,8 @@ bool Open_Library(LibraryContext& c, const QString& path, OpenVia via)
         c.lib.search.Start_Search_Lists();
     const ReadOutcome read = readRecords(c, records, trackTotal, via == OpenVia::Menu);
     if (read.error || read.mismatch || dropImpossibleFreeIds(c, read.used))
-        needsSort = true;
-    else if (read.end < records.size() && !replayedInMemory)
+        needsSort = mayRepair;
+    else if (read.end < records.size() && mayRepair && !replayedInMemory)
         cutOldTail(c, read.end);
 
     if (via == OpenVia::Path) {

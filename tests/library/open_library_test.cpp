@@ -1,5 +1,8 @@
 // Opening a library: the list it gives, the questions and failures it shows,
 // how it repairs damaged files by rewriting them, and the Sort.
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 #include <gtest/gtest.h>
 
 #include <QFile>
@@ -252,6 +255,16 @@ TEST(OpenLibrary, OnlyIdCountRecordsAreReadAndAFreeHighestSlotIsFilledWhereItSta
     LibraryFixture f;
     f.maker.track(makeTrack("A", "a", "/m", "1.mp3")).track(makeTrack("Ghost", "g", "/m", "2.mp3"))
         .key("ID_COUNT", "1").key("ALBUM_COUNT", "1");
+    // While another program changes the library, the tail stays on the disk.
+    f.files = f.maker.write();
+    const QByteArray written = f.trackfile();
+    const int other = ::open(QFile::encodeName(f.files.trackfile + ".lock").constData(), O_RDWR | O_CREAT, 0666);
+    ASSERT_EQ(::flock(other, LOCK_EX), 0);
+    ASSERT_TRUE(Open_Library(f.ctx, f.files.vkt, OpenVia::Path));
+    EXPECT_EQ(f.column(ColFilename), QStringList{"1.mp3"});
+    EXPECT_EQ(f.trackfile(), written);
+    ::close(other);
+
     ASSERT_TRUE(f.open());
     EXPECT_EQ(f.column(ColFilename), QStringList{"1.mp3"});
     EXPECT_FALSE(f.ui.events.contains(kSorting));
