@@ -4,7 +4,11 @@
 #include <QFileInfo>
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
+
+#include <QThread>
 
 #include "shell/durable_file.h"
 #include "shell/file_copy.h"
@@ -50,6 +54,40 @@ bool Swap_In(const QString& temp, const QString& path, UiPort& ui)
     // Across file systems the copy is on the disk before the temporary goes.
     return error == EXDEV && moveFile(temp, dest);
 }
+// One tag write at a time per data folder: every program writes through the
+// same "Temp.mp3", and a second writer there would hand the first one its
+// file. The (hidden) lock beside it is held from the first byte to the swap.
+class TempLock {
+public:
+    explicit TempLock(const QString& dataFolder)
+        : fd_(::open(QFile::encodeName(dataFolder + QStringLiteral(".Temp.mp3.lock")).constData(),
+                     O_RDWR | O_CREAT | O_CLOEXEC, 0666))
+    {
+        // A writer of a large file holds it for seconds; one that holds it
+        // for a minute is taken for stuck.
+        for (int waited = 0; fd_ >= 0 && ::flock(fd_, LOCK_EX | LOCK_NB) != 0; waited += 20) {
+            if (errno != EWOULDBLOCK || waited >= 60000) {
+                ::close(fd_);
+                fd_ = -2;
+                return;
+            }
+            QThread::msleep(20);
+        }
+    }
+    ~TempLock()
+    {
+        if (fd_ >= 0)
+            ::close(fd_);
+    }
+    TempLock(const TempLock&) = delete;
+    TempLock& operator=(const TempLock&) = delete;
+    // False only when another program kept it; a folder that cannot hold the
+    // lock file cannot hold "Temp.mp3" either, and the write reports that.
+    bool held() const { return fd_ != -2; }
+
+private:
+    int fd_;
+};
 }  // namespace
 
 QString Tag2_Update_Failed_Text()
@@ -63,8 +101,11 @@ bool Write_Through_Temp(const QString& dataFolder, const QString& path, UiPort& 
                         const std::function<void()>& reread, const QString& failureText)
 {
     const QString temp = dataFolder + QStringLiteral("Temp.mp3");
+    const TempLock lock(dataFolder);
     bool done = false;
     try {
+        if (!lock.held())
+            throw 0;
         deleteUntilGone(temp, &ui, kTries);
         if (writer(path, temp))
             done = !QFileInfo::exists(temp) || Swap_In(temp, path, ui);
@@ -76,7 +117,8 @@ bool Write_Through_Temp(const QString& dataFolder, const QString& path, UiPort& 
     try {
         if (!failureText.isEmpty())
             ui.message(failureText, Tag2_Update_Failed_Title(), Buttons::Ok, Icon::None);
-        deleteUntilGone(temp, &ui, kTries);
+        if (lock.held())
+            deleteUntilGone(temp, &ui, kTries);
         if (reread)
             reread();
     } catch (...) {

@@ -1,5 +1,11 @@
 // Every tag write goes through "Temp.mp3": whatever fails, the track stays as it was.
+#include <QElapsedTimer>
 #include <QFileInfo>
+#include <chrono>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <thread>
+#include <unistd.h>
 #include <csignal>
 #include <optional>
 #include <sys/resource.h>
@@ -113,4 +119,26 @@ TEST(TagSwap, EveryFailureLeavesTheTrackAsItWas)
         EXPECT_EQ(t.ui.messages[0].title, "Tag update error");
         EXPECT_EQ(t.rereads, 1) << name;
     }
+}
+
+TEST(TagSwap, WritesThroughOneDataFolderTakeTurns)
+{
+    // Another program is writing through "Temp.mp3" for a moment: this write
+    // waits for it instead of taking its file.
+    Track t;
+    const int other = ::open(QFile::encodeName(t.data + ".Temp.mp3.lock").constData(), O_RDWR | O_CREAT, 0666);
+    ASSERT_EQ(::flock(other, LOCK_EX), 0);
+    writeFile(t.data + "Temp.mp3", "the other program's track");
+    std::thread release([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        EXPECT_EQ(readFile(t.data + "Temp.mp3"), "the other program's track");
+        QFile::remove(t.data + "Temp.mp3");
+        ::close(other);
+    });
+    QElapsedTimer took;
+    took.start();
+    EXPECT_TRUE(t.swap());
+    release.join();
+    EXPECT_GE(took.elapsed(), 250);
+    EXPECT_EQ(readFile(t.path), tag(textFrame("TPE1", "New") + kTxxx) + makeMp3({2}));
 }
