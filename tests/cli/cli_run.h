@@ -53,6 +53,15 @@ inline QStringList rowIds(const CliRun& r)
     return ids;
 }
 
+// The title of each message the run printed, or "error: " and its text.
+inline QStringList titlesOf(const CliRun& r)
+{
+    QStringList titles;
+    for (const QJsonObject& o : r.json)
+        titles << (o.contains("error") ? "error: " + o["error"].toString() : o["title"].toString());
+    return titles;
+}
+
 // A key's value in a library file as the program wrote it.
 inline QString iniValue(const QString& file, const QByteArray& key)
 {

@@ -5,10 +5,10 @@
 
 #include <QDateTime>
 #include <QDir>
-#include <QDirIterator>
 
 #include "library/library_move.h"
 #include "library/refresh.h"
+#include "tests/support/qt_gtest_print.h"
 #include "tests/support/small_fs.h"
 #include "work_fixture.h"
 
@@ -17,32 +17,11 @@ using namespace sonorit::test;
 
 namespace {
 
-struct Stamp {
-    QByteArray bytes;
-    QDateTime modified;
-    bool operator==(const Stamp& o) const { return bytes == o.bytes && modified == o.modified; }
-};
-
-// Every file below `folder` (relative path) with its bytes and date.
-QMap<QString, Stamp> snapshot(const QString& folder)
-{
-    QMap<QString, Stamp> files;
-    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString path = it.next();
-        if (!path.endsWith("/.filler"))
-            files[QDir(folder).relativeFilePath(path)] = {readFile(path), it.fileInfo().lastModified()};
-    }
-    return files;
-}
-
+// A file dated in the past, so that a copy that does not keep the date shows.
 void write(const QString& path, const QByteArray& bytes)
 {
-    QDir().mkpath(QFileInfo(path).absolutePath());
     writeFile(path, bytes);
-    QFile f(path);
-    f.open(QIODevice::ReadWrite);
-    f.setFileTime(QDateTime(QDate(2004, 5, 6), QTime(7, 8, 9)), QFileDevice::FileModificationTime);
+    setMtime(path, QDateTime(QDate(2004, 5, 6), QTime(7, 8, 9)).toSecsSinceEpoch() * kSecondNs);
 }
 
 // Four tracks in three folders and one directly in the Main Folder, covers,
@@ -72,23 +51,6 @@ void fill(WorkFixture& f)
     f.ui.events.clear();
 }
 
-QStringList rowPaths(const WorkFixture& f)
-{
-    QStringList paths;
-    for (int i = 0; i < f.lib.MP3_List.count(); ++i)
-        paths << f.pathOf(i);
-    paths.sort();
-    return paths;
-}
-
-::testing::AssertionResult everyRowExists(const WorkFixture& f)
-{
-    for (int i = 0; i < f.lib.MP3_List.count(); ++i)
-        if (!QFileInfo::exists(f.pathOf(i)))
-            return ::testing::AssertionFailure() << f.pathOf(i).toStdString() << " is missing";
-    return ::testing::AssertionSuccess();
-}
-
 }  // namespace
 
 TEST(LibraryMove, ASiblingFolderTakesEveryFileAndKeepsWhatItHeld)
@@ -101,7 +63,7 @@ TEST(LibraryMove, ASiblingFolderTakesEveryFileAndKeepsWhatItHeld)
     write(target + "/A/Abba/Gold/a2.mp3", "someone else's");
     write(target + "/extra.txt", "extra");
     writeFile(target + "/lists/all.m3u", "#EXTM3U\n");  // the same bytes: its source is not needed any more
-    const QMap<QString, Stamp> before = snapshot(old), held = snapshot(target);
+    const QMap<QString, FileState> before = filesBelow(old), held = filesBelow(target);
 
     f.ui.dialogResults = {target};
     ASSERT_TRUE(mnu_Library_Move(f.ctx));
@@ -113,32 +75,32 @@ TEST(LibraryMove, ASiblingFolderTakesEveryFileAndKeepsWhatItHeld)
                                            "of their names:\n\r"
                                          + old + "A/Abba/Gold/a2.mp3\n\r" + old + "notes.txt");
     // What the new place held stays; everything else came along unchanged.
-    QMap<QString, Stamp> expected = before;
+    QMap<QString, FileState> expected = before;
     expected.remove("notes.txt");
     expected.remove("A/Abba/Gold/a2.mp3");
     expected.insert(held);
-    EXPECT_EQ(snapshot(target), expected);
-    EXPECT_EQ(snapshot(old).keys(), (QStringList{"A/Abba/Gold/a2.mp3", "notes.txt"}));
+    EXPECT_EQ(filesBelow(target), expected);
+    EXPECT_EQ(filesBelow(old).keys(), (QStringList{"A/Abba/Gold/a2.mp3", "notes.txt"}));
     EXPECT_FALSE(QDir(old + "C").exists());  // emptied folders went
 
     EXPECT_EQ(f.app.Library_Main_Folder, target + "/");
     EXPECT_EQ(f.general("LIB_FOLDER"), target + "/");
     EXPECT_EQ(f.app.Quarantaine_Folder, target + "/Quarantaine");
-    EXPECT_EQ(rowPaths(f), (QStringList{old + "A/Abba/Gold/a2.mp3", target + "/A/Abba/Gold/a1.mp3",
+    EXPECT_EQ(f.rowPaths(), (QStringList{old + "A/Abba/Gold/a2.mp3", target + "/A/Abba/Gold/a1.mp3",
                                         target + "/C/Cher/Hits/c1.mp3", target + "/Quarantaine/q.mp3",
                                         target + "/top.mp3"}));
     EXPECT_EQ(f.trackfile(), f.listAsTrackfile());  // sorted afterwards
-    EXPECT_TRUE(f.ui.events.contains("label17:Moving current library to " + target + "/"));
-    EXPECT_TRUE(f.ui.events.contains("label18:Moving Track a1.mp3 to " + target + "/A/Abba/Gold"));
-    EXPECT_TRUE(f.ui.events.contains("label18:Moving Folder.jpg to " + target + "/A/Abba/Gold"));
-    EXPECT_TRUE(f.ui.events.contains("label18:Moving AlbumArtSmall.jpg to " + target + "/C/Cher/Hits"));
-    EXPECT_TRUE(f.ui.events.contains("label17:Removing non-existing Library tracks from " + target + "/"));
-    EXPECT_TRUE(f.ui.events.contains("label18:Confirming " + target + "/top.mp3"));
+    for (const QString& label : {"label17:Moving current library to " + target + "/",
+                                 "label18:Moving Track a1.mp3 to " + target + "/A/Abba/Gold",
+                                 "label18:Moving Folder.jpg to " + target + "/A/Abba/Gold",
+                                 "label17:Removing non-existing Library tracks from " + target + "/",
+                                 "label18:Confirming " + target + "/top.mp3"})
+        EXPECT_TRUE(f.ui.events.contains(label)) << label.toStdString();
     EXPECT_FALSE(f.ui.locked);
 
-    const QStringList moved = rowPaths(f);
+    const QStringList moved = f.rowPaths();
     ASSERT_TRUE(Open_Library(f.ctx, f.files.vkt));
-    EXPECT_EQ(rowPaths(f), moved);
+    EXPECT_EQ(f.rowPaths(), moved);
     EXPECT_EQ(f.app.Library_Main_Folder, target + "/");
 }
 
@@ -147,7 +109,7 @@ TEST(LibraryMove, AFolderInsideTheLibraryIsRefusedAndTheParentAccepted)
     WorkFixture f;
     fill(f);
     const QString old = f.main;
-    const QMap<QString, Stamp> before = snapshot(old);
+    const QMap<QString, FileState> before = filesBelow(old);
     const QByteArray records = f.trackfile();
     for (const QString& inside : {old, old.chopped(1), old + "A", old + "A/Abba/"}) {
         SCOPED_TRACE(inside.toStdString());
@@ -161,16 +123,16 @@ TEST(LibraryMove, AFolderInsideTheLibraryIsRefusedAndTheParentAccepted)
     f.ui.messages.clear();
     EXPECT_TRUE(mnu_Library_Move(f.ctx));  // no folder chosen
     EXPECT_EQ(f.ui.titles(), QStringList{"Info"});
-    EXPECT_EQ(snapshot(old), before);
+    EXPECT_EQ(filesBelow(old), before);
     EXPECT_EQ(f.trackfile(), records);
     EXPECT_EQ(f.general("LIB_FOLDER"), old);
 
     const QString parent = f.env.root() + "/";
-    const QMap<QString, Stamp> around = snapshot(parent);
+    const QMap<QString, FileState> around = filesBelow(parent);
     f.ui.dialogResults = {f.env.root()};
     ASSERT_TRUE(mnu_Library_Move(f.ctx));
     EXPECT_FALSE(QDir(old).exists());
-    const QMap<QString, Stamp> after = snapshot(parent);
+    const QMap<QString, FileState> after = filesBelow(parent);
     for (auto it = before.begin(); it != before.end(); ++it)
         EXPECT_TRUE(after.value(it.key()) == it.value()) << it.key().toStdString();
     // The parent's own files (the library file, the data folder) are left as
@@ -181,7 +143,7 @@ TEST(LibraryMove, AFolderInsideTheLibraryIsRefusedAndTheParentAccepted)
         }
     }
     EXPECT_EQ(f.general("LIB_FOLDER"), parent);
-    EXPECT_TRUE(everyRowExists(f));
+    EXPECT_TRUE(f.everyRowExists());
     EXPECT_TRUE(f.recordsMatchList());
     EXPECT_TRUE(QDir(parent + "Quarantaine").exists());
 }
@@ -195,13 +157,13 @@ TEST(LibraryMove, AcrossFileSystemsFilesAreCopiedWholeThenTheSourceGoes)
     SmallFileSystem fs(stick, 8192);
     if (!fs.mounted())
         GTEST_SKIP() << fs.reason().toStdString();
-    const QMap<QString, Stamp> before = snapshot(old);
+    const QMap<QString, FileState> before = filesBelow(old);
     f.ui.dialogResults = {stick + "/Music"};
     ASSERT_TRUE(mnu_Library_Move(f.ctx));
-    EXPECT_EQ(snapshot(stick + "/Music"), before);
+    EXPECT_EQ(filesBelow(stick + "/Music"), before);
     EXPECT_FALSE(QDir(old).exists());
     EXPECT_EQ(f.general("LIB_FOLDER"), stick + "/Music/");
-    EXPECT_TRUE(everyRowExists(f));
+    EXPECT_TRUE(f.everyRowExists());
 }
 
 TEST(LibraryMove, AFailingMoveAsksAndStoppingLeavesEveryTrackInOnePlace)
@@ -209,7 +171,7 @@ TEST(LibraryMove, AFailingMoveAsksAndStoppingLeavesEveryTrackInOnePlace)
     WorkFixture f;
     fill(f);
     const QString old = f.main;
-    const QMap<QString, Stamp> before = snapshot(old);
+    const QMap<QString, FileState> before = filesBelow(old);
     const QString stick = f.env.path("Stick");
     SmallFileSystem fs(stick, 1024);
     if (!fs.mounted())
@@ -226,7 +188,7 @@ TEST(LibraryMove, AFailingMoveAsksAndStoppingLeavesEveryTrackInOnePlace)
 
     // Each file is whole in exactly one of the two places, the library
     // points at it, and its folder is still the old one.
-    const QMap<QString, Stamp> left = snapshot(old), arrived = snapshot(stick);
+    const QMap<QString, FileState> left = filesBelow(old), arrived = filesBelow(stick);
     EXPECT_FALSE(arrived.isEmpty());
     for (auto it = before.begin(); it != before.end(); ++it) {
         const bool here = left.contains(it.key()), there = arrived.contains(it.key());
@@ -234,19 +196,19 @@ TEST(LibraryMove, AFailingMoveAsksAndStoppingLeavesEveryTrackInOnePlace)
         EXPECT_TRUE((here ? left : arrived).value(it.key()) == it.value()) << it.key().toStdString();
     }
     EXPECT_EQ(left.size() + arrived.size(), before.size());  // no partial copy left anywhere
-    EXPECT_TRUE(everyRowExists(f));
+    EXPECT_TRUE(f.everyRowExists());
     EXPECT_TRUE(f.recordsMatchList());
     EXPECT_EQ(f.general("LIB_FOLDER"), old);
-    const QStringList rows = rowPaths(f);
+    const QStringList rows = f.rowPaths();
     ASSERT_TRUE(Open_Library(f.ctx, f.files.vkt));
-    EXPECT_EQ(rowPaths(f), rows);
+    EXPECT_EQ(f.rowPaths(), rows);
 }
 
 TEST(LibraryMove, ARetryThatPassesAndAFileAnInterruptedMoveTookAheadLoseNothing)
 {
     WorkFixture f;
     fill(f);
-    const QMap<QString, Stamp> before = snapshot(f.main);
+    const QMap<QString, FileState> before = filesBelow(f.main);
     // A move killed after this file's rename and before its record: the
     // file stands in its new place, the row names the old one.
     QDir().mkpath(f.env.path("New"));
@@ -257,8 +219,8 @@ TEST(LibraryMove, ARetryThatPassesAndAFileAnInterruptedMoveTookAheadLoseNothing)
     f.ui.answers = {Answer::Ok, Answer::Yes};
     ASSERT_TRUE(mnu_Library_Move(f.ctx));
     EXPECT_EQ(f.ui.titles(), (QStringList{"Info", "Move failure", "Move report"}));
-    EXPECT_EQ(snapshot(f.env.path("New")), before);
+    EXPECT_EQ(filesBelow(f.env.path("New")), before);
     EXPECT_TRUE(f.ui.messages[2].text.startsWith("5 tracks in Library.\n\r5 tracks moved to "));
-    EXPECT_TRUE(everyRowExists(f));
+    EXPECT_TRUE(f.everyRowExists());
     EXPECT_TRUE(f.recordsMatchList());
 }

@@ -30,6 +30,22 @@ struct WorkFixture : LibraryFixture {
     {
         return lib.MP3_List.field(row, ColFolder) + '/' + lib.MP3_List.field(row, ColFilename);
     }
+    // Every row's file, sorted.
+    QStringList rowPaths() const
+    {
+        QStringList paths;
+        for (int i = 0; i < lib.MP3_List.count(); ++i)
+            paths << pathOf(i);
+        paths.sort();
+        return paths;
+    }
+    ::testing::AssertionResult everyRowExists() const
+    {
+        for (const QString& path : rowPaths())
+            if (!QFileInfo::exists(path))
+                return ::testing::AssertionFailure() << path.toStdString() << " is missing";
+        return ::testing::AssertionSuccess();
+    }
     // The Trackfile holds exactly the list's rows, each in the slot its ID names.
     ::testing::AssertionResult recordsMatchList() const
     {

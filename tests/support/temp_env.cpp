@@ -4,6 +4,8 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace sonorit::test {
 
@@ -62,6 +64,31 @@ QStringList filesUnder(const QString& folder, const QStringList& nameFilters)
     while (it.hasNext())
         out << QDir(folder).relativeFilePath(it.next());
     out.sort();
+    return out;
+}
+
+qint64 mtimeNs(const QString& path)
+{
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+        return -1;
+    return qint64(st.st_mtim.tv_sec) * kSecondNs + st.st_mtim.tv_nsec;
+}
+
+void setMtime(const QString& path, qint64 ns)
+{
+    const struct timespec t[2] = {{time_t(ns / kSecondNs), 0}, {time_t(ns / kSecondNs), long(ns % kSecondNs)}};
+    ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), t, 0);
+}
+
+FileState stateOf(const QString& path) { return {readFile(path), mtimeNs(path)}; }
+
+QMap<QString, FileState> filesBelow(const QString& folder)
+{
+    QMap<QString, FileState> out;
+    for (const QString& rel : filesUnder(folder))
+        if (rel != QLatin1String(".filler"))
+            out[rel] = stateOf(folder + QLatin1Char('/') + rel);
     return out;
 }
 
