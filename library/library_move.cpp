@@ -180,6 +180,9 @@ bool LibraryMove::moveTracks()
         c_.ui.yield();
         const QString folder = list.field(row, ColFolder);
         const QString name = list.field(row, ColFilename);
+        // A move stopped earlier took this track to the new folder already.
+        if (!Folder_Is_Inside(folder, oldRoot_))
+            continue;
         const QString target = Folder_Below(folder, oldRoot_, newRoot_);
         QDir().mkpath(target);
         if (row == 0 || folder != former)
@@ -333,7 +336,8 @@ bool LibraryMove::run()
     c_.ui.lockMainWindow();
     Sort_By_Place(list);
     c_.ui.shieldLibrary();
-    if (!Check_Track_Locations(c_)) {
+    // Tracks a stopped move took to the new folder stay where they are.
+    if (!Check_Track_Locations(c_, newRoot_)) {
         finish();
         return false;
     }

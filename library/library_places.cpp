@@ -14,7 +14,13 @@ void Sort_By_Place(TrackList& list)
         list.select(0);
 }
 
-bool Check_Track_Locations(LibraryContext& c)
+bool Folder_Is_Inside(const QString& folder, const QString& root)
+{
+    const QString withSlash = folder + QLatin1Char('/');
+    return !root.isEmpty() && withSlash.size() >= root.size() && withSlash.startsWith(root);
+}
+
+bool Check_Track_Locations(LibraryContext& c, const QString& alsoInside)
 {
     TrackList& list = c.lib.MP3_List;
     const QString& main = c.app.Library_Main_Folder;
@@ -27,8 +33,8 @@ bool Check_Track_Locations(LibraryContext& c)
     for (int row = 0; row < list.count(); ++row) {
         c.ui.setProgressValue(row + 1);
         c.ui.yield();
-        const QString folder = list.field(row, ColFolder) + QLatin1Char('/');
-        if (folder.size() < main.size() || !folder.startsWith(main)) {
+        const QString& folder = list.field(row, ColFolder);
+        if (!Folder_Is_Inside(folder, main) && !Folder_Is_Inside(folder, alsoInside)) {
             c.ui.setLabel18(QStringLiteral("Relocating ") + list.field(row, ColFilename));
             if (!Relocate_Track(c, row, false)) {
                 ok = false;

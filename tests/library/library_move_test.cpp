@@ -202,6 +202,16 @@ TEST(LibraryMove, AFailingMoveAsksAndStoppingLeavesEveryTrackInOnePlace)
     const QStringList rows = f.rowPaths();
     ASSERT_TRUE(Open_Library(f.ctx, f.files.vkt));
     EXPECT_EQ(f.rowPaths(), rows);
+
+    // With room made, the move again finishes the work: the tracks that went
+    // ahead stay where they landed instead of being placed by the rules.
+    QFile::remove(stick + "/.filler");
+    f.ui.dialogResults = {stick};
+    f.ui.answers = {Answer::Ok, Answer::Ok};
+    EXPECT_TRUE(mnu_Library_Move(f.ctx));
+    EXPECT_EQ(filesBelow(stick), before);
+    EXPECT_EQ(f.general("LIB_FOLDER"), stick + "/");
+    EXPECT_TRUE(f.everyRowExists());
 }
 
 TEST(LibraryMove, ARetryThatPassesAndAFileAnInterruptedMoveTookAheadLoseNothing)
