@@ -10,7 +10,7 @@ ASAN_OPTIONS=detect_leaks=0 ctest --test-dir "$top/build-asan" --output-on-failu
 
 CC=clang CXX=clang++ cmake -S "$top" -B "$top/build-fuzz" -G Ninja -DSONORIT_FUZZ=ON -DSONORIT_BENCH=OFF
 cmake --build "$top/build-fuzz" --target fuzzers
-seconds=${FUZZ_SECONDS:-30}
+seconds=${FUZZ_SECONDS:-20}
 for target in "$top"/build-fuzz/fuzz/fuzz_*; do
   [ -f "$target" ] && [ -x "$target" ] || continue
   name=$(basename "$target")
