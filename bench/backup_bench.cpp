@@ -7,17 +7,10 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <memory>
 #include <sys/stat.h>
 
-#include "bench/silent_ui.h"
+#include "bench/album_library.h"
 #include "library/backup.h"
-#include "library/open_library.h"
-#include "library/refresh.h"
-#include "shell/app_state.h"
-#include "tests/support/library_maker.h"
-#include "tests/support/tag_bytes.h"
-#include "tests/support/temp_env.h"
 
 using namespace sonorit;
 using namespace sonorit::bench;
@@ -28,38 +21,12 @@ namespace {
 constexpr int kAlbums = 2000;
 constexpr int kTracksPerAlbum = 10;
 
-struct BackedUpLibrary {
-    TempEnv env;
-    std::unique_ptr<AppState> app;
-    LibraryState lib;
-    SilentUi ui;
-    std::unique_ptr<LibraryContext> c;
+struct BackedUpLibrary : AlbumLibrary {
     double firstBackupSeconds = 0;
     bool ok = false;
 
-    BackedUpLibrary()
+    BackedUpLibrary() : AlbumLibrary(kAlbums, kTracksPerAlbum)
     {
-        const LibraryFiles f = LibraryMaker(env.paths(), env.path(QStringLiteral("Big.vkt"))).write();
-        const QString main = env.path(QStringLiteral("Main"));
-        const QByteArray audio = mp3Frame() + mp3Frame();
-        for (int a = 0; a < kAlbums; ++a) {
-            const QString artist = QStringLiteral("%1 Artist %2").arg(QChar('A' + a % 26)).arg(a / 4);
-            const QString folder = main + QStringLiteral("/%1/%2/Album %3").arg(artist[0]).arg(artist).arg(a);
-            QDir().mkpath(folder);
-            for (int t = 1; t <= kTracksPerAlbum; ++t) {
-                const QByteArray frames = textFrame("TPE1", artist.toLatin1())
-                                          + textFrame("TALB", "Album " + QByteArray::number(a))
-                                          + textFrame("TIT2", "Title " + QByteArray::number(t));
-                writeFile(folder + QStringLiteral("/%1 - Title %2.mp3").arg(t, 2, 10, QLatin1Char('0')).arg(t),
-                          tag(frames) + audio);
-            }
-        }
-        app = std::make_unique<AppState>(env.paths());
-        c = std::make_unique<LibraryContext>(LibraryContext{*app, lib, ui});
-        Open_Library(*c, f.vkt);
-        ui.answers = {Answer::Yes};
-        mnu_Library_Refresh(*c);
-
         const QString bak = env.path(QStringLiteral("Bak/"));
         QDir().mkpath(bak);
         ui.answers = {Answer::Yes, Answer::Ok};

@@ -5,16 +5,9 @@
 #include <benchmark/benchmark.h>
 
 #include <QDir>
-#include <memory>
 
-#include "bench/silent_ui.h"
+#include "bench/album_library.h"
 #include "library/library_move.h"
-#include "library/open_library.h"
-#include "library/refresh.h"
-#include "shell/app_state.h"
-#include "tests/support/library_maker.h"
-#include "tests/support/tag_bytes.h"
-#include "tests/support/temp_env.h"
 
 using namespace sonorit;
 using namespace sonorit::bench;
@@ -25,38 +18,14 @@ namespace {
 constexpr int kAlbums = 200;
 constexpr int kTracksPerAlbum = 10;
 
-struct MovingLibrary {
-    TempEnv env;
-    std::unique_ptr<AppState> app;
-    LibraryState lib;
-    SilentUi ui;
-    std::unique_ptr<LibraryContext> c;
-
+// Each album folder holds a cover and a booklet besides its tracks.
+struct MovingLibrary : AlbumLibrary {
     MovingLibrary()
+        : AlbumLibrary(kAlbums, kTracksPerAlbum, [](const QString& folder) {
+              test::writeFile(folder + QStringLiteral("/Folder.jpg"), QByteArray(2000, 'j'));
+              test::writeFile(folder + QStringLiteral("/booklet.pdf"), QByteArray(500, 'p'));
+          })
     {
-        const LibraryFiles f = LibraryMaker(env.paths(), env.path(QStringLiteral("Move.vkt"))).write();
-        const QString main = env.path(QStringLiteral("Main"));
-        const QByteArray audio = mp3Frame() + mp3Frame();
-        for (int a = 0; a < kAlbums; ++a) {
-            const QString artist = QStringLiteral("%1 Artist %2").arg(QChar('A' + a % 26)).arg(a / 4);
-            const QString folder = main + QStringLiteral("/%1/%2/Album %3").arg(artist[0]).arg(artist).arg(a);
-            QDir().mkpath(folder);
-            writeFile(folder + QStringLiteral("/Folder.jpg"), QByteArray(2000, 'j'));
-            writeFile(folder + QStringLiteral("/booklet.pdf"), QByteArray(500, 'p'));
-            for (int t = 1; t <= kTracksPerAlbum; ++t) {
-                const QByteArray frames = textFrame("TPE1", artist.toLatin1())
-                                          + textFrame("TALB", "Album " + QByteArray::number(a))
-                                          + textFrame("TRCK", QByteArray::number(t))
-                                          + textFrame("TIT2", "Title " + QByteArray::number(t));
-                writeFile(folder + QStringLiteral("/%1 - Title %2.mp3").arg(t, 2, 10, QLatin1Char('0')).arg(t),
-                          tag(frames) + audio);
-            }
-        }
-        app = std::make_unique<AppState>(env.paths());
-        c = std::make_unique<LibraryContext>(LibraryContext{*app, lib, ui});
-        Open_Library(*c, f.vkt);
-        ui.answers = {Answer::Yes};
-        mnu_Library_Refresh(*c);
     }
 };
 

@@ -213,7 +213,7 @@ bool albumKnown(PlaybackContext& c, int missing)
 }
 }  // namespace
 
-void PlaylistCommands::mnu_Album_Add()
+void PlaylistCommands::album(bool play)
 {
     const int sel = c_.lib.MP3_List.selected();
     if (sel < 0)
@@ -221,19 +221,11 @@ void PlaylistCommands::mnu_Album_Add()
     int missing = 0;
     const std::vector<int> rows = Album_Members(c_.lib.MP3_List, sel, &missing);
     if (albumKnown(c_, missing))
-        addRows(rows, false);
+        addRows(rows, play);
 }
 
-void PlaylistCommands::mnu_Album_Play()
-{
-    const int sel = c_.lib.MP3_List.selected();
-    if (sel < 0)
-        return;
-    int missing = 0;
-    const std::vector<int> rows = Album_Members(c_.lib.MP3_List, sel, &missing);
-    if (albumKnown(c_, missing))
-        addRows(rows, true);
-}
+void PlaylistCommands::mnu_Album_Add() { album(false); }
+void PlaylistCommands::mnu_Album_Play() { album(true); }
 
 void PlaylistCommands::addNonMp3Dialog(bool wav)
 {

@@ -55,6 +55,7 @@ public:
 private:
     void addRows(const std::vector<int>& rows, bool play);
     void artist(bool play);
+    void album(bool play);
     void addIfGood(int row);
     void startIfFirst();
     void stopAndClear();
