@@ -15,6 +15,17 @@ void PlayListRows::append(PlayRow row)
         view_->playListRowAppended(count() - 1);
 }
 
+void PlayListRows::setRow(int index, PlayRow row)
+{
+    if (index < 0 || index >= count())
+        return;
+    rows_[static_cast<size_t>(index)] = std::move(row);
+    if (bulk_)
+        pendingReset_ = true;
+    else if (view_)
+        view_->playListRowChanged(index);
+}
+
 void PlayListRows::removeAt(int index)
 {
     if (index < 0 || index >= count())

@@ -29,6 +29,7 @@ public:
     const QString& field(int index, int column) const { return rows_[static_cast<size_t>(index)][column]; }
 
     void append(PlayRow row);
+    void setRow(int index, PlayRow row);
     void removeAt(int index);
     void clear();
     void reserve(int n) { rows_.reserve(static_cast<size_t>(n)); }

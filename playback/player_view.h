@@ -39,6 +39,7 @@ public:
     // Play_List rows (0-based), also told by PlayListRows itself.
     virtual void playListRowAppended(int /*row*/) {}
     virtual void playListRowRemoved(int /*row*/) {}
+    virtual void playListRowChanged(int /*row*/) {}
     virtual void playListCleared() {}
     virtual void playListReset() {}                 // after a bulk of changes
     virtual void playListRowSelected(int /*row*/) {}  // select and make visible (PlayFind)

@@ -18,6 +18,7 @@
 #include "shell/app_state.h"
 #include "shell/menus.h"
 #include "startup_host.h"
+#include "tagedit/tag_edit_context.h"
 #include "track_list_model.h"
 #include "window_geometry.h"
 #include "window_shield.h"
@@ -62,6 +63,8 @@ Base::Base(AppState& app, std::unique_ptr<MediaGraphFactory> graphs)
     pw.library = w.list;
     pw.menus = menus_.get();
     playback_ = std::make_unique<PlaybackController>(app_, lib_, *ui_, pw, std::move(graphs));
+    tags_ = Fresh_Tag_State(app_);
+    tagEdit_.reset(new TagEditContext{app_, lib_, *ui_, tags_, &playback_->state(), {}});
     menus_->setAfterEntry([this] { afterCommand(); });
     menus_->apply(sonorit::Update_Menus(MenuInputs{}));  // no library yet
     startupHost_ =

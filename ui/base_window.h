@@ -8,6 +8,7 @@
 #include "platform/gstreamer/gst_duration_probe.h"
 #include "playback/media_graph.h"
 #include "shell/main_timer.h"
+#include "tagedit/tag_edit_context.h"
 
 class QTimer;
 
@@ -40,6 +41,8 @@ public:
     StartupHost& startupHost();
     LibraryState& library() { return lib_; }
     PlaybackController& playback() { return *playback_; }
+    // What the tag panels and the tag windows share.
+    TagEditContext& tagEdit() { return *tagEdit_; }
     void Update_Menus();
 
 protected:
@@ -65,6 +68,8 @@ private:
     std::unique_ptr<LibraryController> libraryController_;
     std::unique_ptr<MenuBar> menus_;
     std::unique_ptr<PlaybackController> playback_;
+    TagState tags_;
+    std::unique_ptr<TagEditContext> tagEdit_;
     std::unique_ptr<WindowStartupHost> startupHost_;
     std::unique_ptr<WindowGeometry> geometry_;
     QTimer* geometrySave_;  // gathers the moves and resizes of a drag into one write

@@ -36,6 +36,12 @@ void PlayListModel::rowAppended()
     endInsertRows();
 }
 
+void PlayListModel::rowChanged(int row)
+{
+    if (row < shownRows_)
+        emit dataChanged(index(row, 0), index(row, PlayColumnCount - 1));
+}
+
 void PlayListModel::reset()
 {
     beginResetModel();

@@ -19,6 +19,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
     void rowAppended();
+    void rowChanged(int row);
     void reset();
 
 private:

@@ -69,6 +69,7 @@ void QtPlayerView::setCycleColours(Rgb fore, Rgb inverse)
 
 void QtPlayerView::playListRowAppended(int) { p_.model->rowAppended(); }
 void QtPlayerView::playListRowRemoved(int) { p_.model->reset(); }
+void QtPlayerView::playListRowChanged(int row) { p_.model->rowChanged(row); }
 void QtPlayerView::playListCleared() { p_.model->reset(); }
 void QtPlayerView::playListReset() { p_.model->reset(); }
 

@@ -57,6 +57,7 @@ public:
 
     void playListRowAppended(int row) override;
     void playListRowRemoved(int row) override;
+    void playListRowChanged(int row) override;
     void playListCleared() override;
     void playListReset() override;
     void playListRowSelected(int row) override;
