@@ -38,7 +38,7 @@ bool FilenameTagger::Load_Library_Row(int row)
     const TrackList& list = c_.lib.MP3_List;
     if (row < 0 || row >= list.count())
         return false;
-    const QString folder = list.field(row, ColFolder);
+    const QString folder = Add_Backslash(list.field(row, ColFolder));
     const QString file = list.field(row, ColFilename);
     InitFilenameTag(folder + file, folder, file, row, true);
     return true;

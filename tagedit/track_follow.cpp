@@ -29,7 +29,7 @@ int Library_Row_Of(const TrackList& list, const QString& path)
 bool Store_Row_Record(LibraryContext& c, int row)
 {
     TrackList& list = c.lib.MP3_List;
-    const FileStamp stamp = Read_File_Stamp(list.field(row, ColFolder) + list.field(row, ColFilename));
+    const FileStamp stamp = Read_File_Stamp(list.field(row, ColFolder) + QLatin1Char('/') + list.field(row, ColFilename));
     if (stamp.exists) {
         list.setField(row, ColLastChanged, stamp.changed);
         list.setField(row, ColFilelength, stamp.length);
