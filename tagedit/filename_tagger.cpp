@@ -5,6 +5,7 @@
 
 #include "shell/helpers.h"
 #include "shell/ui_port.h"
+#include "tagedit/panel_writes.h"
 #include "tagedit/track_follow.h"
 #include "tags/id3v1.h"
 #include "tags/id3v2_writer.h"
@@ -44,6 +45,19 @@ bool FilenameTagger::Load_Library_Row(int row)
     return true;
 }
 
+void FilenameTagger::Follow_Selection(const QString& path, int row)
+{
+    if (row < 0)
+        row = Library_Row_Of(c_.lib.MP3_List, path);
+    if (row >= 0) {
+        Load_Library_Row(row);
+        return;
+    }
+    const QString folder = Add_Backslash(Get_Path_Folder(path));
+    const QString file = Get_Path_File(path);
+    InitFilenameTag(path, folder, file, static_cast<int>(Folder_Tracks(folder).indexOf(file)), false);
+}
+
 QString FilenameTagger::Load_FT_Cover() const
 {
     const FtTag2Fields& f = c_.tags.FT_Tag2_Fields;
@@ -57,11 +71,24 @@ void FilenameTagger::Cover_Click()
     choice = (choice + 1) % 3;
 }
 
-void FilenameTagger::Choose_Cover(const QString& jpeg)
+bool FilenameTagger::Choose_Cover(const QString& jpeg)
 {
+    QFile file(jpeg);
+    if (!file.open(QIODevice::ReadOnly) || file.read(3) != QByteArray("\xFF\xD8\xFF", 3)) {
+        c_.ui.message(QStringLiteral("This file is not a JPEG picture and was not taken as the cover:\n") + jpeg,
+                      QStringLiteral("Cover"), Buttons::Ok, Icon::Warning);
+        return false;
+    }
     FtTag2Fields& f = c_.tags.FT_Tag2_Fields;
     f.FT_Cover_Paths[2] = jpeg;
     f.FT_Cover_Choice = 2;
+    return true;
+}
+
+bool FilenameTagger::FT_CommandCover()
+{
+    const QString file = Choose_Cover_File(c_);
+    return !file.isEmpty() && Choose_Cover(file);
 }
 
 FtFocus FilenameTagger::Genre_Click(int index)

@@ -54,14 +54,20 @@ public:
                          bool fromLibrary);
     // The selected library row, as a click in the list gives it.
     bool Load_Library_Row(int row);
+    // A track picked in the main window: its library row (-1 from the
+    // playlist, where a track without a row is stepped over in its folder).
+    void Follow_Selection(const QString& path, int row);
 
     // The picture FT_Cover_Tag shows: the file of the current choice, or ""
     // for the empty default picture.
     QString Load_FT_Cover() const;
     // A click on the cover: no cover, the tag's cover, the chosen file, ...
     void Cover_Click();
-    // FT_CommandCover's chosen JPEG becomes the cover to write.
-    void Choose_Cover(const QString& jpeg);
+    // A chosen JPEG becomes the cover to write. False, with a message, for a
+    // file that holds no JPEG picture.
+    bool Choose_Cover(const QString& jpeg);
+    // FT_CommandCover: the tag windows' JPEG dialog, then Choose_Cover.
+    bool FT_CommandCover();
 
     // A pick in FT_Tag2_Combo_Genre.
     FtFocus Genre_Click(int index);

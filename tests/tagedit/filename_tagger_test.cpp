@@ -87,7 +87,10 @@ TEST_F(FilenameTaggerTest, ReadCopyCutsLongTrackAndYearAndOffersTheStamp)
     EXPECT_EQ(tags.FT_Tag2_Fields.FT_Cover_Choice, 0);
     const QString jpeg = f.env.path("front.jpg");
     writeFile(jpeg, "\xFF\xD8\xFF\xE0 not much of a picture");
-    tagger.Choose_Cover(jpeg);
+    writeFile(f.env.path("fake.jpg"), "GIF89a");
+    EXPECT_FALSE(tagger.Choose_Cover(f.env.path("fake.jpg")));
+    EXPECT_EQ(f.ui.titles(), QStringList({"Cover"}));
+    EXPECT_TRUE(tagger.Choose_Cover(jpeg));
     QStringList shown;
     for (int i = 0; i < 4; ++i) {
         shown << QString::number(tags.FT_Tag2_Fields.FT_Cover_Choice) + ":" + tagger.Load_FT_Cover();
