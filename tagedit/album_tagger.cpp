@@ -8,6 +8,7 @@
 #include "playback/covers.h"
 #include "shell/helpers.h"
 #include "shell/ui_port.h"
+#include "tagedit/panel_writes.h"
 #include "tagedit/track_follow.h"
 #include "tags/byte_source.h"
 #include "tags/id3v1.h"
@@ -25,8 +26,8 @@ QString twoDigits(int n) { return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char
 
 void tellNoPicture(UiPort& ui, const QString& file)
 {
-    ui.message(QStringLiteral("This file holds no JPEG picture:\n") + file, QStringLiteral("Cover"), Buttons::Ok,
-               Icon::Warning);
+    ui.message(QStringLiteral("This file is not a JPEG picture and was not taken as the cover:\n") + file,
+               QStringLiteral("Cover"), Buttons::Ok, Icon::Warning);
 }
 
 // What a write of the album changes in the shared tag records, put back
@@ -336,19 +337,8 @@ bool SuperTagging::ComboCover_Click(int index)
 
 bool SuperTagging::CommandBrowseCover()
 {
-    FileDialogRequest request;
-    request.mode = FileDialogMode::Open;
-    request.title = QStringLiteral("Open");
-    request.filterDescription = QStringLiteral("JPEG Image Files (*.jpg)");
-    request.filterPattern = QStringLiteral("*.jpg");
-    request.defaultExtension = QStringLiteral("jpg");
-    request.startFolder = c_.app.Art_Folder.isEmpty() ? c_.app.paths.Pictures_Folder : c_.app.Art_Folder;
-    const QString file = c_.ui.fileDialog(request);
-    if (file.isEmpty() || !QFileInfo(file).isFile() || !file.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive))
-        return false;
-    c_.app.Art_Folder = QFileInfo(file).absolutePath();
-    c_.app.settings.SaveSetting(QStringLiteral("Folders"), QStringLiteral("Art"), c_.app.Art_Folder);
-    return Take_Browsed_Cover(file);
+    const QString file = Choose_Cover_File(c_);
+    return !file.isEmpty() && Take_Browsed_Cover(file);
 }
 
 bool SuperTagging::Take_Browsed_Cover(const QString& file)
