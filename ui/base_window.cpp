@@ -6,6 +6,7 @@
 #include <QTreeView>
 
 #include "base_layout.h"
+#include "filename_tag.h"
 #include "library_controller.h"
 #include "list_selection.h"
 #include "menu_bar.h"
@@ -65,6 +66,7 @@ Base::Base(AppState& app, std::unique_ptr<MediaGraphFactory> graphs)
     playback_ = std::make_unique<PlaybackController>(app_, lib_, *ui_, pw, std::move(graphs));
     tags_ = Fresh_Tag_State(app_);
     tagEdit_.reset(new TagEditContext{app_, lib_, *ui_, tags_, &playback_->state(), {}});
+    Bind_Filename_Tagger(*menus_, *tagEdit_, this);
     menus_->setAfterEntry([this] { afterCommand(); });
     menus_->apply(sonorit::Update_Menus(MenuInputs{}));  // no library yet
     startupHost_ =
