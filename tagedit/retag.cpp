@@ -49,8 +49,10 @@ RetagResult retag(TagEditContext& c, const QString& path, int row, RetagRun& run
                                             [&](const QString& source, const QString& target) {
                                                 return Write_Tag2_Quick(tags, options, source, target);
                                             });
-    if (!written)
+    if (!written) {
+        ++run.failed;
         return RetagResult::Failed;
+    }
     Read_Tag2(tags, path, Tag2Mode::Quick);
     if (row < 0)
         return RetagResult::Done;
@@ -111,12 +113,12 @@ void dirQuickTag(TagEditContext& c, const QString& folder, bool recursive, Retag
     }
 }
 
-void retagFolder(TagEditContext& c, bool recursive)
+RetagRun retagFolder(TagEditContext& c, bool recursive)
 {
+    RetagRun run;
     const QString folder = Browse_For_Folder(c.ui);
     if (folder.isEmpty())
-        return;
-    RetagRun run;
+        return run;
     LibraryContext lc = c.library();
     c.ui.lockMainWindow();
     c.ui.showProgress();
@@ -133,6 +135,7 @@ void retagFolder(TagEditContext& c, bool recursive)
     // Tracks of the library that the folder holds show their new tags and
     // dates; the refresh brings in the rest of what changed on disk.
     mnu_Library_Refresh(lc);
+    return run;
 }
 
 }  // namespace
@@ -182,46 +185,49 @@ void Tell_Retag_Run(UiPort& ui, const RetagRun& run)
         ui.message(Retag_Unreadable_Text(run.unreadable), Retag_Title(), Buttons::Ok, Icon::Information);
 }
 
-void mnu_Retag_Track(TagEditContext& c)
+RetagRun mnu_Retag_Track(TagEditContext& c)
 {
-    if (!hasSelection(c))
-        return;
     RetagRun run;
+    if (!hasSelection(c))
+        return run;
     retagRows(c, {c.lib.MP3_List.selected()}, run);
     Tell_Retag_Run(c.ui, run);
+    return run;
 }
 
-void mnu_Retag_Selection(TagEditContext& c)
+RetagRun mnu_Retag_Selection(TagEditContext& c)
 {
-    if (!hasSelection(c))
-        return;
     RetagRun run;
+    if (!hasSelection(c))
+        return run;
     retagRows(c, c.lib.MP3_List.selectedRows(), run);
     Tell_Retag_Run(c.ui, run);
+    return run;
 }
 
-void mnu_Retag_Album(TagEditContext& c)
+RetagRun mnu_Retag_Album(TagEditContext& c)
 {
+    RetagRun run;
     if (!hasSelection(c))
-        return;
+        return run;
     LibraryContext lc = c.library();
     const std::vector<int> rows =
         Album_Rows(lc, {QStringLiteral("Unknown Album"), QStringLiteral("No Album known for this Track"),
                         QStringLiteral("Unknown Artist and/or Album"),
                         QStringLiteral("No Artist and/or Album known for this Track")});
     if (rows.empty())
-        return;
-    RetagRun run;
+        return run;
     retagRows(c, rows, run);
     Tell_Retag_Run(c.ui, run);
+    return run;
 }
 
-void mnu_Retag_All(TagEditContext& c)
+RetagRun mnu_Retag_All(TagEditContext& c)
 {
+    RetagRun run;
     TrackList& list = c.lib.MP3_List;
     if (list.isEmpty())
-        return;
-    RetagRun run;
+        return run;
     LibraryContext lc = c.library();
     c.ui.lockMainWindow();
     c.ui.showProgress();
@@ -242,9 +248,10 @@ void mnu_Retag_All(TagEditContext& c)
     c.ui.unshieldLibrary();
     c.ui.unlockMainWindow();
     Tell_Retag_Run(c.ui, run);
+    return run;
 }
 
-void mnu_Retag_Folder(TagEditContext& c) { retagFolder(c, false); }
-void mnu_Retag_Tree(TagEditContext& c) { retagFolder(c, true); }
+RetagRun mnu_Retag_Folder(TagEditContext& c) { return retagFolder(c, false); }
+RetagRun mnu_Retag_Tree(TagEditContext& c) { return retagFolder(c, true); }
 
 }  // namespace sonorit

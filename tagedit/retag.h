@@ -13,6 +13,7 @@ namespace sonorit {
 // What one run has left alone; told once at its end.
 struct RetagRun {
     int unreadable = 0;  // tracks whose tag could not be read
+    int failed = 0;      // writes that failed (told at once)
 };
 
 enum class RetagResult { Done, Missing, Unreadable, Failed };
@@ -37,13 +38,14 @@ void Tell_Retag_Run(UiPort& ui, const RetagRun& run);
 QString Retag_Unreadable_Text(int count);
 QString Retag_Title();
 
-// The menu commands; the library ones do nothing without a selected row.
-void mnu_Retag_Track(TagEditContext& c);
-void mnu_Retag_Selection(TagEditContext& c);
-void mnu_Retag_Album(TagEditContext& c);
-void mnu_Retag_All(TagEditContext& c);
+// The menu commands, each returning what its run left undone; the library
+// ones do nothing without a selected row.
+RetagRun mnu_Retag_Track(TagEditContext& c);
+RetagRun mnu_Retag_Selection(TagEditContext& c);
+RetagRun mnu_Retag_Album(TagEditContext& c);
+RetagRun mnu_Retag_All(TagEditContext& c);
 // A folder from the browse dialog; the library is refreshed afterwards.
-void mnu_Retag_Folder(TagEditContext& c);
-void mnu_Retag_Tree(TagEditContext& c);
+RetagRun mnu_Retag_Folder(TagEditContext& c);
+RetagRun mnu_Retag_Tree(TagEditContext& c);
 
 }  // namespace sonorit

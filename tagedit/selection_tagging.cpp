@@ -78,13 +78,12 @@ QString ask(PanelContext& p, const char* prompt, const char* title)
     return p.edit.ui.input(QLatin1String(prompt), QLatin1String(title), QString());
 }
 
-void askAndTag(PanelContext& p, SelectionKind kind, const char* prompt, const char* title)
+int askAndTag(PanelContext& p, SelectionKind kind, const char* prompt, const char* title)
 {
     if (!hasSelection(p))
-        return;
+        return 0;
     const QString value = ask(p, prompt, title);
-    if (!value.isEmpty())
-        Tag_Selection(p, kind, value);
+    return value.isEmpty() ? 0 : Tag_Selection(p, kind, value);
 }
 
 }  // namespace
@@ -121,19 +120,19 @@ bool Tag_Selection_Row(PanelContext& p, int row, SelectionKind kind, const QStri
     return tagRow(p, row, kind, value) == RowOutcome::Done;
 }
 
-void Tag_Selection(PanelContext& p, SelectionKind kind, const QString& value)
+int Tag_Selection(PanelContext& p, SelectionKind kind, const QString& value)
 {
     TagEditContext& c = p.edit;
     const std::vector<int> rows = c.lib.MP3_List.selectedRows();
     if (rows.empty())
-        return;
+        return 0;
     LibraryContext lc = c.library();
     c.ui.lockMainWindow();
     c.ui.showProgress();
     c.ui.setProgressRange(0, static_cast<int>(rows.size()));
     c.ui.setLabel17(QStringLiteral("Tagging the selected Files..."));
     Begin_Record_Batch(lc);
-    int done = 0;
+    int done = 0, failed = 0;
     for (const int row : rows) {
         if (row >= c.lib.MP3_List.count())
             continue;
@@ -143,6 +142,8 @@ void Tag_Selection(PanelContext& p, SelectionKind kind, const QString& value)
         c.ui.yield();
         const RowOutcome outcome = tagRow(p, row, kind, value);
         c.ui.setProgressValue(++done);
+        if (outcome != RowOutcome::Done)
+            ++failed;
         if (outcome == RowOutcome::Stop)
             break;
     }
@@ -151,59 +152,56 @@ void Tag_Selection(PanelContext& p, SelectionKind kind, const QString& value)
     c.ui.setLabel18(QString());
     c.ui.hideProgress();
     c.ui.unlockMainWindow();
+    return failed;
 }
 
-void mnu_Tag_sel_Artist(PanelContext& p)
+int mnu_Tag_sel_Artist(PanelContext& p)
 {
-    askAndTag(p, SelectionKind::Artist, "Please fill in the name of the artist", "Tag Artist");
+    return askAndTag(p, SelectionKind::Artist, "Please fill in the name of the artist", "Tag Artist");
 }
 
-void mnu_Tag_sel_Album(PanelContext& p)
+int mnu_Tag_sel_Album(PanelContext& p)
 {
-    askAndTag(p, SelectionKind::Album, "Please fill in the name of the album", "Tag Album");
+    return askAndTag(p, SelectionKind::Album, "Please fill in the name of the album", "Tag Album");
 }
 
-void mnu_Tag_sel_Year(PanelContext& p)
+int mnu_Tag_sel_Year(PanelContext& p)
 {
     if (!hasSelection(p))
-        return;
+        return 0;
     QString year;
     do
         year = ask(p, "Please fill in the year of the album", "Tag Year");
     while (!year.isEmpty() && !Year_Answer_Valid(year));
-    if (!year.isEmpty())
-        Tag_Selection(p, SelectionKind::Year, year);
+    return year.isEmpty() ? 0 : Tag_Selection(p, SelectionKind::Year, year);
 }
 
-void mnu_Tag_sel_Genre(PanelContext& p, const GenreAsk& askGenre)
+int mnu_Tag_sel_Genre(PanelContext& p, const GenreAsk& askGenre)
 {
     if (!hasSelection(p) || !askGenre)
-        return;
+        return 0;
     const QString answer = askGenre();
     if (answer.isEmpty() || answer == QLatin1String("Cancel"))
-        return;
-    Tag_Selection(p, SelectionKind::Genre, answer);
+        return 0;
+    return Tag_Selection(p, SelectionKind::Genre, answer);
 }
 
-void mnu_Tag_sel_VA_On(PanelContext& p)
+int mnu_Tag_sel_VA_On(PanelContext& p)
 {
-    if (hasSelection(p))
-        Tag_Selection(p, SelectionKind::VA, QStringLiteral("On"));
+    return hasSelection(p) ? Tag_Selection(p, SelectionKind::VA, QStringLiteral("On")) : 0;
 }
 
-void mnu_Tag_sel_VA_Off(PanelContext& p)
+int mnu_Tag_sel_VA_Off(PanelContext& p)
 {
-    if (hasSelection(p))
-        Tag_Selection(p, SelectionKind::VA, QStringLiteral("Off"));
+    return hasSelection(p) ? Tag_Selection(p, SelectionKind::VA, QStringLiteral("Off")) : 0;
 }
 
-void mnu_Tag_sel_Cover(PanelContext& p)
+int mnu_Tag_sel_Cover(PanelContext& p)
 {
     if (!hasSelection(p))
-        return;
+        return 0;
     const QString file = Choose_Cover_File(p.edit);
-    if (!file.isEmpty())
-        Tag_Selection(p, SelectionKind::Cover, file);
+    return file.isEmpty() ? 0 : Tag_Selection(p, SelectionKind::Cover, file);
 }
 
 }  // namespace sonorit

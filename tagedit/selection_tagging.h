@@ -27,16 +27,19 @@ bool Year_Answer_Valid(const QString& answer);
 // user was told).
 bool Tag_Selection_Row(PanelContext& p, int row, SelectionKind kind, const QString& value);
 // Every selected row in order, with the progress bar moving between rows.
-void Tag_Selection(PanelContext& p, SelectionKind kind, const QString& value);
+// Returns the number of rows that failed (each told at once); a cover that
+// cannot be taken ends the run as one failure.
+int Tag_Selection(PanelContext& p, SelectionKind kind, const QString& value);
 
 // The menu commands: each asks for its value (an empty answer ends the
-// command) and tags the selection. Nothing happens without a selected row.
-void mnu_Tag_sel_Artist(PanelContext& p);
-void mnu_Tag_sel_Album(PanelContext& p);
-void mnu_Tag_sel_Year(PanelContext& p);
-void mnu_Tag_sel_Genre(PanelContext& p, const GenreAsk& askGenre);
-void mnu_Tag_sel_VA_On(PanelContext& p);
-void mnu_Tag_sel_VA_Off(PanelContext& p);
-void mnu_Tag_sel_Cover(PanelContext& p);
+// command) and tags the selection, returning the rows that failed. Nothing
+// happens without a selected row.
+int mnu_Tag_sel_Artist(PanelContext& p);
+int mnu_Tag_sel_Album(PanelContext& p);
+int mnu_Tag_sel_Year(PanelContext& p);
+int mnu_Tag_sel_Genre(PanelContext& p, const GenreAsk& askGenre);
+int mnu_Tag_sel_VA_On(PanelContext& p);
+int mnu_Tag_sel_VA_Off(PanelContext& p);
+int mnu_Tag_sel_Cover(PanelContext& p);
 
 }  // namespace sonorit

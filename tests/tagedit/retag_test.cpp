@@ -166,8 +166,9 @@ TEST(Retag, FailuresTellAndLeaveTheFile)
     QFile::remove(gone);
     f.lib.MP3_List.setSelection({0, 1}, 0);
 
-    mnu_Retag_Selection(f.edit);
+    const RetagRun run = mnu_Retag_Selection(f.edit);
 
+    EXPECT_EQ(run.failed, 1);
     EXPECT_EQ(stateOf(locked), was);
     ASSERT_EQ(f.ui.titles(), QStringList{"Tag update error"});
     EXPECT_EQ(f.ui.messages[0].text, "An error occured whilst trying updating Tag3v2, changes are discarded");

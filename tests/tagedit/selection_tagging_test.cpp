@@ -59,7 +59,7 @@ TEST(SelectionTagging, TextFieldsReachBothTagsOfEveryRow)
 {
     struct Case {
         const char* name;
-        void (*command)(PanelContext&);
+        int (*command)(PanelContext&);
         QStringList inputs;
         QString prompts;
         int column;
@@ -185,7 +185,7 @@ TEST(SelectionTagging, BadRowsAreToldAndTheRunGoesOn)
     QFile::remove(f.paths[0]);
     const QString huge(10000, 'x');
     f.ui.inputs = {huge};
-    mnu_Tag_sel_Artist(f.p);
+    EXPECT_EQ(mnu_Tag_sel_Artist(f.p), 1);
     ASSERT_EQ(f.ui.titles(), QStringList{"File not found"});
     EXPECT_EQ(f.ui.messages[0].text, f.paths[0]);
     EXPECT_EQ(f.v2(1).Tag2_Fields.Artist, huge);
@@ -198,7 +198,7 @@ TEST(SelectionTagging, BadRowsAreToldAndTheRunGoesOn)
     QFile::setPermissions(g.paths[1], QFile::ReadOwner);
     const FileState was = stateOf(g.paths[1]);
     g.ui.inputs = {"Fresh"};
-    mnu_Tag_sel_Album(g.p);
+    EXPECT_EQ(mnu_Tag_sel_Album(g.p), 1);
     EXPECT_EQ(stateOf(g.paths[1]), was);
     EXPECT_TRUE(g.ui.titles().contains("Tag Save Failure"));
     EXPECT_TRUE(g.ui.titles().contains("Tag update error"));
