@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include "library/track_list.h"
+#include "playback/playlist_model.h"
 #include "playback/playback_state.h"
 #include "shell/helpers.h"
 #include "shell/ui_port.h"
@@ -137,17 +138,18 @@ QString Panel_Write_Path(const PanelContext& p)
     const TagPanels& panels = p.panels;
     if (panels.Tag_Source == 2) {
         const PlaybackState* play = p.edit.play;
-        if (!play || panels.Play_Entry < 1 || panels.Play_Entry > play->PlayList_Count)
+        const int entry = play ? play->Play_List.selected() + 1 : 0;
+        if (entry < 1 || entry > play->PlayList_Count)
             return QString();
         // A WAV or WMA entry loaded nothing: the panels show another track.
-        const QString path = play->playFile(panels.Play_Entry);
+        const QString path = play->playFile(entry);
         return isWavOrWma(path) ? QString() : path;
     }
     const TrackList& list = p.edit.lib.MP3_List;
     const int row = list.selected();
     if (row < 0 || row >= list.count())
         return QString();
-    return list.field(row, ColFolder) + list.field(row, ColFilename);
+    return Library_Row_Path(list, row);
 }
 
 bool Write_Panel_Tag1(PanelContext& p, const QString& path)

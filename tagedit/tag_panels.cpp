@@ -1,6 +1,7 @@
 #include "tag_panels.h"
 
 #include "library/track_list.h"
+#include "playback/playlist_model.h"
 #include "playback/playback_state.h"
 #include "shell/helpers.h"
 #include "shell/ui_port.h"
@@ -153,13 +154,12 @@ bool Select_Library_Row(PanelContext& p, int row)
     if (row < 0 || row >= list.count())
         return false;
     p.panels.Tag_Source = 1;
-    return Load_Panels(p, list.field(row, ColFolder) + list.field(row, ColFilename), row);
+    return Load_Panels(p, Library_Row_Path(list, row), row);
 }
 
 bool Select_Playlist_Entry(PanelContext& p, int entry)
 {
     p.panels.Tag_Source = 2;
-    p.panels.Play_Entry = entry;
     if (!p.edit.play)
         return false;
     const QString path = p.edit.play->playFile(entry);

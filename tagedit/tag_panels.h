@@ -69,8 +69,6 @@ struct TagPanels {
 
     // 1 when MP3_List was clicked last, 2 when Play_List was.
     int Tag_Source = 1;
-    // The Play_List entry clicked last (from 1), 0 for none.
-    int Play_Entry = 0;
     // The track on show; "" before the first selection.
     QString Tag_Shown_Path;
 
