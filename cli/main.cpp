@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 #include <optional>
 
 #include "cli/cli_context.h"
@@ -36,8 +37,12 @@ bool isTagVerb(const QString& verb)
 // Verbs whose input boxes take their texts from --answers.
 bool takesTypedAnswers(const QString& verb)
 {
-    return verb == QLatin1String("play");
+    return verb == QLatin1String("play") || verb == QLatin1String("tag-selection");
 }
+
+// Verbs for which an empty item of --answers ("19a9,,") is an empty input;
+// the others pass over empty items.
+bool keepsEmptyAnswers(const QString& verb) { return verb == QLatin1String("tag-selection"); }
 
 // The folder of the running program, as the application object would tell it.
 QString programFolder()
@@ -74,7 +79,7 @@ bool takeGlobalOptions(QStringList& args, CliUi& ui, QString& problem)
         };
         if (takeValue(QStringLiteral("--answers"))) {
             // Checked once the verb is known: input boxes take any text.
-            for (const QString& v : value.split(QLatin1Char(','), Qt::SkipEmptyParts))
+            for (const QString& v : value.split(QLatin1Char(',')))
                 ui.answers.push_back(v);
         } else if (takeValue(QStringLiteral("--answer"))) {
             if (!checked(value))
@@ -108,6 +113,8 @@ int main(int argc, char** argv)
         return usage();
     }
     const QString verb = args.takeFirst();
+    if (!keepsEmptyAnswers(verb))
+        ui.answers.erase(std::remove(ui.answers.begin(), ui.answers.end(), QString()), ui.answers.end());
     if (!takesTypedAnswers(verb)) {
         for (const QString& v : ui.answers) {
             if (!isAnswerWord(v)) {
