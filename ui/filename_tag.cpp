@@ -63,6 +63,8 @@ FilenameTag::FilenameTag(TagEditContext& c, QWidget* parent) : QWidget(parent, Q
     setObjectName(QStringLiteral("FilenameTag"));
     setWindowTitle(QStringLiteral("Filename Tagging"));
     build();
+    // Room for a long name's runs; smaller screens get what they have.
+    resize(sizeHint().expandedTo(QSize(680, 0)));
     tagger_.loaded = [this] { push(); };
 }
 
@@ -244,6 +246,7 @@ void FilenameTag::push()
     genreText_->setText(f.FT_Tag2_Text_Genre);
     genreText_->setEnabled(f.FT_Tag2_Text_Genre_Enabled);
     comment_->setText(f.FT_Tag2_Text_Comment);
+    comment_->setCursorPosition(0);
     option_->button(int(f.FT_Option1))->setChecked(true);
     autoselect_->setChecked(f.FT_Check_Autoselect);
     showCover();
