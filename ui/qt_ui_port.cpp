@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QMessageBox>
 
 #include "progress_panel.h"
@@ -151,6 +152,16 @@ QString QtUiPort::browseForFolder()
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return QString();
     return dialog.selectedFiles().constFirst();
+}
+
+QString QtUiPort::input(const QString& prompt, const QString& title, const QString& defaultText)
+{
+    QInputDialog box(dialogParent());
+    box.setObjectName(QStringLiteral("InputBox"));
+    box.setWindowTitle(title);
+    box.setLabelText(Display_Text(prompt));
+    box.setTextValue(defaultText);
+    return box.exec() == QDialog::Accepted ? box.textValue() : QString();
 }
 
 void QtUiPort::lockMainWindow() { shield_.lock(); }

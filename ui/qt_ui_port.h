@@ -29,6 +29,8 @@ public:
                     Answer defaultButton) override;
     QString fileDialog(const FileDialogRequest& request) override;
     QString browseForFolder() override;
+    // "" when cancelled, as an empty input.
+    QString input(const QString& prompt, const QString& title, const QString& defaultText) override;
 
     void lockMainWindow() override;
     void unlockMainWindow() override;
