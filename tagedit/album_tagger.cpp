@@ -136,8 +136,9 @@ void SuperTagging::Open_Album(const std::vector<int>& rows)
     TextArtist = first.Artist;
     TextAlbum = first.Album;
     TextYear = first.Year;
-    const GenreChoice genre =
-        first.Genre.isEmpty() ? GenreChoice{Genre_Names()[148], 148, false} : Genre_From_Tcon(first.Genre);
+    // A track without genre lists as "Unknown", which is the combo's own entry.
+    const bool unknown = first.Genre.isEmpty() || first.Genre == Genre_Names()[148];
+    const GenreChoice genre = unknown ? GenreChoice{Genre_Names()[148], 148, false} : Genre_From_Tcon(first.Genre);
     Combo_Genre = genre.entry;
     TextGenre = genre.name;
     TextGenre_Enabled = genre.boxEnabled;

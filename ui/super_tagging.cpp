@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -14,6 +15,7 @@
 #include <QPushButton>
 #include <QRegularExpressionValidator>
 #include <QScreen>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -77,17 +79,28 @@ SuperTaggingWindow::SuperTaggingWindow(TagEditContext& edit, QWidget* parent) : 
     progress_->setObjectName(QStringLiteral("ProgressBar1"));
     progress_->setTextVisible(false);
     progress_->hide();
-    auto* column = new QVBoxLayout(this);
+    auto* content = new QWidget;
+    auto* column = new QVBoxLayout(content);
     column->setContentsMargins(8, 8, 8, 8);
     column->setSpacing(4);
     column->addWidget(frame_, 1);
     column->addWidget(labelName_);
     column->addWidget(progress_);
+    // A screen too small for 25 rows (a large scale factor on a small
+    // display) scrolls the whole window instead of cutting it.
+    auto* area = new QScrollArea;
+    area->setObjectName(QStringLiteral("SuperTaggingArea"));
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(content);
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(area);
     connectControls();
     model_.progressed = [this] { showProgress(); };
-    // On a small screen the window takes what there is.
-    if (const QScreen* screen = parent ? parent->screen() : nullptr)
-        resize(sizeHint().boundedTo(screen->availableGeometry().size()));
+    const QScreen* screen = parent ? parent->screen() : QGuiApplication::primaryScreen();
+    const QSize wanted = content->sizeHint() + QSize(2, 2);
+    resize(screen ? wanted.boundedTo(screen->availableGeometry().size() - QSize(16, 48)) : wanted);
 }
 
 QWidget* SuperTaggingWindow::buildRows()
@@ -108,6 +121,8 @@ QWidget* SuperTaggingWindow::buildRows()
         row.number->setMinimumWidth(row.number->fontMetrics().horizontalAdvance(QStringLiteral("000")));
         row.va = box("TextVA");
         row.song = box("TextSong");
+        row.va->setMinimumWidth(row.va->fontMetrics().averageCharWidth() * 20);
+        row.song->setMinimumWidth(row.song->fontMetrics().averageCharWidth() * 30);
         for (QWidget* w : {static_cast<QWidget*>(row.number), static_cast<QWidget*>(row.va),
                            static_cast<QWidget*>(row.song)}) {
             w->setProperty(kRow, r);
@@ -174,6 +189,7 @@ QWidget* SuperTaggingWindow::buildAlbumSide()
     cover_->setFrameShape(QFrame::StyledPanel);
     coverCombo_ = new QComboBox;
     coverCombo_->setObjectName(QStringLiteral("ComboCover"));
+    coverCombo_->setPlaceholderText(QStringLiteral("Choose a cover"));
     browse_ = button("CommandBrowseCover", QStringLiteral("Browse Cover"));
     coverColumn->addWidget(cover_, 0, Qt::AlignHCenter);
     coverColumn->addWidget(coverCombo_);

@@ -72,6 +72,7 @@ TEST_F(AlbumWindowTest, TwentySixTracksScrollIntoTheLastRowAndAreWritten)
     ASSERT_TRUE(scroll->isVisible());
     EXPECT_EQ(text(numbers[24]), "25");
     EXPECT_FALSE(artists[0]->isEnabled());  // one artist for the album
+    EXPECT_EQ(window.findChild<QComboBox*>("Combo_Genre")->currentText(), "Unknown");  // the tracks have none
     auto* up = window.findChild<QPushButton*>("CommandUp");
     auto* down = window.findChild<QPushButton*>("CommandDown");
     EXPECT_FALSE(up->isEnabled());  // the marker stands on the first row
