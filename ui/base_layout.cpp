@@ -4,6 +4,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QScrollArea>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -16,6 +17,10 @@ namespace {
 // Room for the lower panels, which keep their height while the list takes
 // whatever the window gives beyond it.
 constexpr int kLowerPanelHeight = 230;
+// The tag column takes a quarter of the width between these bounds: room for
+// a title of some length, and no more than a few words ever need.
+constexpr int kTagColumnMinWidth = 370;
+constexpr int kTagColumnMaxWidth = 480;
 
 QGroupBox* frame(const char* name, const QString& caption = QString())
 {
@@ -113,19 +118,8 @@ QWidget* makeLowerPanels(BaseWidgets& w)
     row->addLayout(players, 4);
     row->addWidget(makePlaylistFrame(w), 5);
 
-    auto* tags = new QVBoxLayout;
-    QGroupBox* tag1 = frame("FrameTag1");
-    QGroupBox* tag2 = frame("FrameTag2");
-    tags->addWidget(tag1);
-    tags->addWidget(tag2);
-    row->addLayout(tags, 2);
-
-    auto* info = new QVBoxLayout;
-    QGroupBox* mpeg = frame("FrameMPEG");
     QGroupBox* convert = frame("FrameConvert");
-    info->addWidget(mpeg);
-    info->addWidget(convert);
-    row->addLayout(info, 2);
+    row->addWidget(convert, 2);
 
     QGroupBox* search = frame("FrameSearch");
     auto* searchBox = new QFrame;
@@ -133,8 +127,36 @@ QWidget* makeLowerPanels(BaseWidgets& w)
     (new QVBoxLayout(search))->addWidget(searchBox);
     row->addWidget(search, 1);
 
-    w.lockable << player << cdPlayer << tag1 << tag2 << mpeg << convert << search << searchBox;
+    w.lockable << player << cdPlayer << convert << search << searchBox;
     return lower;
+}
+
+// The track on show stands beside the library and the player from top to
+// bottom: its ID3v2.3 tag, the one a user edits most, its ID3v1.1 tag and its
+// audio. Where the screen is too low for all three, the column scrolls.
+QWidget* makeTagColumn(BaseWidgets& w)
+{
+    auto* column = new QWidget;
+    column->setObjectName(QStringLiteral("TagColumn"));
+    auto* stack = new QVBoxLayout(column);
+    stack->setContentsMargins(0, 0, 0, 0);
+    w.tag2 = frame("FrameTag2");
+    w.tag1 = frame("FrameTag1");
+    w.mpeg = frame("FrameMPEG");
+    stack->addWidget(w.tag2);
+    stack->addWidget(w.tag1);
+    stack->addWidget(w.mpeg);
+    stack->addStretch(1);
+    auto* scroll = new QScrollArea;
+    scroll->setObjectName(QStringLiteral("TagScroll"));
+    scroll->setWidget(column);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setMinimumWidth(kTagColumnMinWidth);
+    scroll->setMaximumWidth(kTagColumnMaxWidth);
+    w.lockable << w.tag1 << w.tag2 << w.mpeg;
+    return scroll;
 }
 
 }  // namespace
@@ -149,7 +171,10 @@ BaseWidgets Build_Base_Layout(QWidget* window, QAbstractItemModel* trackModel)
     grid->addWidget(makeLibraryFrame(w, trackModel), 0, 0);
     grid->addWidget(makeShield(w), 0, 0);
     grid->addWidget(makeLowerPanels(w), 1, 0);
+    grid->addWidget(makeTagColumn(w), 0, 1, 2, 1);
     grid->setRowStretch(0, 1);
+    grid->setColumnStretch(0, 3);
+    grid->setColumnStretch(1, 1);
     return w;
 }
 

@@ -21,6 +21,9 @@ struct BaseWidgets {
     QGroupBox* player = nullptr;     // Player_Frame
     QTreeView* playList = nullptr;   // Play_List
     QWidget* playShield = nullptr;   // PlayShield, over Play_List while a list loads
+    QGroupBox* tag1 = nullptr;       // FrameTag1
+    QGroupBox* tag2 = nullptr;       // FrameTag2
+    QGroupBox* mpeg = nullptr;       // FrameMPEG
     QList<QWidget*> lockable;        // what Lock_Main_Window disables
 };
 

@@ -19,6 +19,8 @@
 #include "shell/app_state.h"
 #include "shell/menus.h"
 #include "startup_host.h"
+#include "tag_menus.h"
+#include "tag_panels_view.h"
 #include "tagedit/tag_edit_context.h"
 #include "track_list_model.h"
 #include "window_geometry.h"
@@ -67,6 +69,8 @@ Base::Base(AppState& app, std::unique_ptr<MediaGraphFactory> graphs)
     tags_ = Fresh_Tag_State(app_);
     tagEdit_.reset(new TagEditContext{app_, lib_, *ui_, tags_, &playback_->state(), {}});
     Bind_Filename_Tagger(*menus_, *tagEdit_, this);
+    tagPanels_ = std::make_unique<TagPanelsView>(*tagEdit_, Build_Tag_Panels(w.tag1, w.tag2, w.mpeg), w.list, w.playList);
+    Bind_Tag_Menus(*menus_, tagPanels_->context(), this);
     menus_->setAfterEntry([this] { afterCommand(); });
     menus_->apply(sonorit::Update_Menus(MenuInputs{}));  // no library yet
     startupHost_ =
@@ -104,6 +108,7 @@ void Base::Update_Menus()
     in.backupFolderSet = !app_.Backup_Folder.isEmpty();
     in.playlistCount = playback_->state().PlayList_Count;
     const MenuStates states = sonorit::Update_Menus(in);
+    tagPanels_->setLibraryOpen(in.libraryOpen);
     menus_->apply(states);
     app_.options.chkDestLibraryEnabled = states.chkDestLibraryEnabled;
     if (states.clearChkDestLibrary)

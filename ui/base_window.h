@@ -25,6 +25,7 @@ class ListSelection;
 class MenuBar;
 class PlaybackController;
 class QtUiPort;
+class TagPanelsView;
 class TrackListModel;
 class WindowGeometry;
 class WindowShield;
@@ -43,6 +44,8 @@ public:
     PlaybackController& playback() { return *playback_; }
     // What the tag panels and the tag windows share.
     TagEditContext& tagEdit() { return *tagEdit_; }
+    // The tag panels: their state, the routines' context and the buttons.
+    TagPanelsView& tagPanels() { return *tagPanels_; }
     void Update_Menus();
 
 protected:
@@ -70,6 +73,7 @@ private:
     std::unique_ptr<PlaybackController> playback_;
     TagState tags_;
     std::unique_ptr<TagEditContext> tagEdit_;
+    std::unique_ptr<TagPanelsView> tagPanels_;
     std::unique_ptr<WindowStartupHost> startupHost_;
     std::unique_ptr<WindowGeometry> geometry_;
     QTimer* geometrySave_;  // gathers the moves and resizes of a drag into one write
