@@ -240,6 +240,8 @@ TEST(AlbumTagger, FailingTracksAreToldAndLeftAsTheyWereWhileTheRunGoesOn)
     QFile::remove(paths[2]);  // gone between opening and writing
     const TrackRow goneRow = f.lib.MP3_List.row(f.rowOf(paths[2]));
     f.window.TextAlbum = "New Album";
+    const QString longTitle(10000, QLatin1Char('t'));
+    f.window.setTitle(3, longTitle);
 
     EXPECT_EQ(f.window.Write_Album(), 2);
     ASSERT_EQ(f.ui.messages.size(), 2u);
@@ -253,6 +255,8 @@ TEST(AlbumTagger, FailingTracksAreToldAndLeftAsTheyWereWhileTheRunGoesOn)
     EXPECT_FALSE(QFile::exists(paths[2]));
     EXPECT_EQ(f.lib.MP3_List.row(f.rowOf(paths[2])), goneRow);
     EXPECT_EQ(f.lib.MP3_List.field(f.rowOf(paths[1]), ColAlbum), "Alb");
+    EXPECT_EQ(f.readBack(paths[3]).Tag2_Fields.Title, longTitle);
+    EXPECT_EQ(f.readBack(paths[3]).Tag1_Record.Title.text(), longTitle.left(30));
     for (int i : {0, 3}) {
         EXPECT_EQ(f.readBack(paths[i]).Tag2_Fields.Album, "New Album");
         EXPECT_EQ(f.lib.MP3_List.field(f.rowOf(paths[i]), ColAlbum), "New Album");
