@@ -100,17 +100,11 @@ std::vector<int> Super_Tag_Rows(TagEditContext& c)
 
 // --- opening -----------------------------------------------------------------------
 
-QString SuperTagging::caption() const
-{
-    return mode_ == AlbumMode::Tagging ? QStringLiteral("Album Tagging") : QStringLiteral("Album Converting & Tagging");
-}
-
 QString SuperTagging::STCover_Path() const { return c_.app.Data_Folder() + QStringLiteral("STCover.jpg"); }
 QString SuperTagging::STBCover_Path() const { return c_.app.Data_Folder() + QStringLiteral("STBCover.jpg"); }
 
 void SuperTagging::Open_Album(const std::vector<int>& rows)
 {
-    mode_ = AlbumMode::Tagging;
     tracks_.clear();
     top_ = 0;
     const TrackList& list = c_.lib.MP3_List;
@@ -155,12 +149,6 @@ void SuperTagging::Open_Album(const std::vector<int>& rows)
     chosenCover_.clear();
     coverIndex_ = -1;
     fillCoverEntries();
-}
-
-void SuperTagging::Open_Converting()
-{
-    Open_Album({});
-    mode_ = AlbumMode::Converting;
 }
 
 // --- album-wide controls -------------------------------------------------------------
@@ -370,8 +358,6 @@ void SuperTagging::showProgress()
 
 int SuperTagging::Write_Album()
 {
-    if (mode_ != AlbumMode::Tagging)
-        return 0;
     Frame_Enabled = false;
     ProgressBar1_Visible = true;
     ProgressBar1_Max = Track_Count();

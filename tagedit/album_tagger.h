@@ -24,11 +24,6 @@ struct AlbumTrack {
     bool Real = false;   // the entry holds a file
 };
 
-enum class AlbumMode {
-    Tagging,     // "Album Tagging": MP3 files of the library
-    Converting,  // "Album Converting & Tagging": caption and enabling only, the converter is not built
-};
-
 // CommandAlbumTag: the library rows of the selected track's album in track
 // order; empty, after telling what the track lacks, when its album is unknown
 // or nothing is selected.
@@ -44,12 +39,11 @@ public:
     explicit SuperTagging(TagEditContext& c) : c_(c) {}
 
     // Form Activate in tag mode: the tracks of the library rows, album-wide
-    // values from the first, cover entries for each track.
+    // values from the first, cover entries for each track. (The converting
+    // mode, which makes MP3 files of WAV or WMA files, comes with the
+    // converter.)
     void Open_Album(const std::vector<int>& rows);
-    // The caption and enabling of the converting mode, with no tracks.
-    void Open_Converting();
-    AlbumMode mode() const { return mode_; }
-    QString caption() const;
+    QString caption() const { return QStringLiteral("Album Tagging"); }
 
     // --- the album-wide controls ---------------------------------------------
     QString TextArtist, TextAlbum, TextYear, TextGenre;
@@ -104,9 +98,7 @@ public:
     bool CommandUp_Enabled() const { return marked_ > 0; }
     bool CommandDown_Enabled() const { return marked_ >= 0 && marked_ < Track_Count() - 1; }
 
-    bool cmdAddTracks_Enabled() const { return false; }  // files come only with the converter
-    bool cmdRemoveTrack_Enabled() const { return false; }
-    bool CommandOK_Enabled() const { return mode_ == AlbumMode::Tagging && Track_Count() > 0; }
+    bool CommandOK_Enabled() const { return File_Count() > 0; }
 
     // --- the cover ---------------------------------------------------------------
     // "Browse Cover" first, then "Track nn Cover" for each entry with a file.
@@ -147,7 +139,6 @@ private:
     bool Update_Track(const AlbumTrack& t, const QString& artist);
 
     TagEditContext& c_;
-    AlbumMode mode_ = AlbumMode::Tagging;
     std::vector<AlbumTrack> tracks_;
     int top_ = 0;
     int marked_ = -1;

@@ -208,8 +208,14 @@ QWidget* SuperTaggingWindow::buildAlbumSide()
     minus_->setToolTip(QStringLiteral("Take away the last empty track"));
     up_ = button("CommandUp", QStringLiteral("Move &Up"));
     down_ = button("CommandDown", QStringLiteral("Move &Down"));
+    // The converting mode's buttons: they stay hidden and disabled until the
+    // converter is part of the program.
     addTracks_ = button("cmdAddTracks", QStringLiteral("Add Tracks"));
     removeTrack_ = button("cmdRemoveTrack", QStringLiteral("Remove Track"));
+    for (QPushButton* b : {addTracks_, removeTrack_}) {
+        b->setEnabled(false);
+        b->hide();
+    }
     tracks->addWidget(new QLabel(QStringLiteral("Count")), 0, 0);
     tracks->addWidget(count_, 0, 1);
     tracks->addWidget(plus_, 0, 2);
@@ -284,11 +290,6 @@ void SuperTaggingWindow::connectControls()
 void SuperTaggingWindow::showModel()
 {
     setWindowTitle(model_.caption());
-    const bool converting = model_.mode() == AlbumMode::Converting;
-    addTracks_->setVisible(converting);
-    removeTrack_->setVisible(converting);
-    addTracks_->setEnabled(model_.cmdAddTracks_Enabled());
-    removeTrack_->setEnabled(model_.cmdRemoveTrack_Enabled());
     ok_->setEnabled(model_.CommandOK_Enabled());
 
     setText(artist_, model_.TextArtist);
