@@ -19,7 +19,7 @@ namespace {
 constexpr int kLowerPanelHeight = 230;
 // The tag column takes a quarter of the width between these bounds: room for
 // a title of some length, and no more than a few words ever need.
-constexpr int kTagColumnMinWidth = 370;
+constexpr int kTagColumnMinWidth = 385;
 constexpr int kTagColumnMaxWidth = 480;
 
 QGroupBox* frame(const char* name, const QString& caption = QString())

@@ -179,13 +179,13 @@ void buildTag2(TagPanelWidgets& w, QGroupBox* frame)
     time->addSpacing(4);
     time->addWidget(w.tag2Time);
     time->addStretch(1);
-    side->addLayout(time, 0, 0, 1, 2);
-    side->addWidget(w.coverButton, 1, 0);
-    side->addWidget(w.albumTag, 2, 0);
-    side->addWidget(w.superTag, 2, 1);
+    side->addLayout(time, 0, 0);
+    side->addWidget(w.coverButton, 0, 1);
+    side->addWidget(w.albumTag, 1, 0);
+    side->addWidget(w.superTag, 1, 1);
+    side->setRowStretch(2, 1);
     side->addWidget(w.copyTagv1, 3, 0);
     side->addWidget(w.writeTag2, 3, 1);
-    side->setRowStretch(4, 1);
     lower->addLayout(side, 1);
     grid->addLayout(lower, r++, 0, 1, 3);
     grid->setColumnStretch(1, 3);
