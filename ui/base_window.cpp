@@ -19,6 +19,7 @@
 #include "shell/app_state.h"
 #include "shell/menus.h"
 #include "startup_host.h"
+#include "super_tagging.h"
 #include "tag_menus.h"
 #include "tag_panels_view.h"
 #include "tagedit/tag_edit_context.h"
@@ -71,6 +72,7 @@ Base::Base(AppState& app, std::unique_ptr<MediaGraphFactory> graphs)
     Bind_Filename_Tagger(*menus_, *tagEdit_, this);
     tagPanels_ = std::make_unique<TagPanelsView>(*tagEdit_, Build_Tag_Panels(w.tag1, w.tag2, w.mpeg), w.list, w.playList);
     Bind_Tag_Menus(*menus_, tagPanels_->context(), this);
+    Bind_Album_Tagger(*tagPanels_, this);
     menus_->setAfterEntry([this] { afterCommand(); });
     menus_->apply(sonorit::Update_Menus(MenuInputs{}));  // no library yet
     startupHost_ =

@@ -21,6 +21,8 @@
 #include <QWheelEvent>
 
 #include "library/library_lock.h"
+#include "tag_panels_view.h"
+#include "tagedit/track_follow.h"
 #include "tags/id3v1.h"
 
 namespace sonorit::ui {
@@ -438,10 +440,11 @@ void SuperTaggingWindow::reject()
         QDialog::reject();
 }
 
-void Bind_Album_Tagger(QPushButton* albumTag, QPushButton* superTag, TagEditContext& edit, QWidget* window,
-                       std::function<void()> written)
+void Bind_Album_Tagger(TagPanelsView& panels, QWidget* window)
 {
-    const auto open = [&edit, window, written](std::vector<int> (*rowsOf)(TagEditContext&)) {
+    const auto open = [&panels, window](std::vector<int> (*rowsOf)(TagEditContext&)) {
+        PanelContext& p = panels.context();
+        TagEditContext& edit = p.edit;
         const std::vector<int> rows = rowsOf(edit);
         if (rows.empty())
             return;
@@ -452,11 +455,18 @@ void Bind_Album_Tagger(QPushButton* albumTag, QPushButton* superTag, TagEditCont
             With_Library_Lock(lc, write);
         });
         dialog.showModel();
-        if (dialog.exec() == QDialog::Accepted && written)
-            written();
+        if (dialog.exec() != QDialog::Accepted)
+            return;
+        const QString shown = p.panels.Tag_Shown_Path;
+        for (const AlbumTrack& t : dialog.model().tracks()) {
+            if (t.Real && Album_Track_File(t) == shown) {
+                Load_Panels(p, shown, Library_Row_Of(edit.lib.MP3_List, shown));
+                break;
+            }
+        }
     };
-    QObject::connect(albumTag, &QPushButton::clicked, window, [open] { open(&Album_Tag_Rows); });
-    QObject::connect(superTag, &QPushButton::clicked, window, [open] { open(&Super_Tag_Rows); });
+    QObject::connect(panels.albumTagButton(), &QPushButton::clicked, window, [open] { open(&Album_Tag_Rows); });
+    QObject::connect(panels.superTagButton(), &QPushButton::clicked, window, [open] { open(&Super_Tag_Rows); });
 }
 
 }  // namespace sonorit::ui

@@ -79,10 +79,11 @@ private:
     QProgressBar* progress_;    // ProgressBar1
 };
 
+class TagPanelsView;
+
 // CommandAlbumTag and CommandSuperTag of FrameTag2: each finds its rows
-// and, when there are any, opens the window over them. `written` runs after
-// an album was written (the panels show the track on show anew).
-void Bind_Album_Tagger(QPushButton* albumTag, QPushButton* superTag, TagEditContext& edit, QWidget* window,
-                       std::function<void()> written = {});
+// and, when there are any, opens the window over them. When the track on
+// show in the panels was written, the panels read it anew.
+void Bind_Album_Tagger(TagPanelsView& panels, QWidget* window);
 
 }  // namespace sonorit::ui
