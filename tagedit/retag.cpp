@@ -67,7 +67,7 @@ RetagResult retag(TagEditContext& c, const QString& path, int row, RetagRun& run
     t.VA = f.VA == QLatin1String("Yes");
     t.Time = !f.Time.isEmpty() ? f.Time
                                : Format_Seconds(Get_Track_Seconds(path, c.app.Data_Folder(), c.lib.durations));
-    Follow_Tag_Write(c, path, t);
+    Follow_Tag_Write(c, path, t, row);
     return RetagResult::Done;
 }
 

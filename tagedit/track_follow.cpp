@@ -37,10 +37,11 @@ bool Store_Row_Record(LibraryContext& c, int row)
     return Replace_Track_Record(c, Track_ID_Of(list.field(row, ColID)), Join_Track_Record(list.row(row)));
 }
 
-bool Follow_Tag_Write(TagEditContext& c, const QString& path, const RowTags& tags)
+bool Follow_Tag_Write(TagEditContext& c, const QString& path, const RowTags& tags, int row)
 {
     bool stored = true;
-    const int row = Library_Row_Of(c.lib.MP3_List, path);
+    if (row == kFindRow)
+        row = Library_Row_Of(c.lib.MP3_List, path);
     if (row >= 0) {
         TrackRow r = c.lib.MP3_List.row(row);
         r[ColArtist] = tags.Artist;

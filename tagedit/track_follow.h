@@ -23,7 +23,9 @@ bool Store_Row_Record(LibraryContext& c, int row);
 
 // The row of `path` (if any) takes `tags` and its record is stored; every
 // playlist entry of `path` shows Artist, Album, Title and Time. False only
-// when a record could not be written.
-bool Follow_Tag_Write(TagEditContext& c, const QString& path, const RowTags& tags);
+// when a record could not be written. A caller that knows the library row
+// passes it, which spares a search of the list per track in a batch.
+constexpr int kFindRow = -2;
+bool Follow_Tag_Write(TagEditContext& c, const QString& path, const RowTags& tags, int row = kFindRow);
 
 }  // namespace sonorit
