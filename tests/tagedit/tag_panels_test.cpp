@@ -151,6 +151,8 @@ TEST(TagPanels, WriteTag2StoresThePanelAndTheLibraryFollows)
         EXPECT_EQ(f.lib.MP3_List.field(0, ColTitle), c.title);
         EXPECT_EQ(f.lib.MP3_List.field(0, ColTrack), c.storedTrack);
         EXPECT_EQ(f.lib.MP3_List.field(0, ColVA), c.va ? "Yes" : "No");
+        EXPECT_EQ(f.lib.MP3_List.field(0, ColTime), "00:01");  // TLEN, stored by the write
+        EXPECT_EQ(s.Tag2_Fields.Length, "1071");
         EXPECT_EQ(f.lib.MP3_List.field(0, ColFilelength), QString::number(QFileInfo(f.pathOf(0)).size()));
         EXPECT_TRUE(f.recordsMatchList());
         EXPECT_EQ(f.play.Play_List.field(0, PlayTitle), c.title);
