@@ -9,8 +9,11 @@
 #include "tagedit/track_follow.h"
 #include "tags/id3v2_reader.h"
 #include "tests/library/work_fixture.h"
+#include "tests/support/library_maker.h"
 #include "tests/support/tag_bytes.h"
 #include "ui/super_tagging.h"
+#include "ui/tag_panels_view.h"
+#include "window_fixture.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
@@ -118,4 +121,65 @@ TEST_F(AlbumWindowTest, TwentySixTracksScrollIntoTheLastRowAndAreWritten)
     EXPECT_EQ(back.Tag2_Fields.Track, "26");
     EXPECT_EQ(back.Tag2_Fields.Year, "1984");
     EXPECT_TRUE(lib.ui.messages.empty());
+}
+
+namespace {
+
+class AlbumButtonsTest : public BaseWindowTest {
+protected:
+    QString music;
+    void openLibrary()
+    {
+        music = env.path("Music/");
+        LibraryMaker maker(state.paths, env.path("libs/Two.vkt"));
+        for (const char* n : {"1", "2"}) {
+            writeTaggedMp3(music + n + ".mp3", TrackTags{"Art", "Alb", n, QStringLiteral("Song ") + n, "2001", "Pop"});
+            TrackRow row = makeTrack("Art", QStringLiteral("Song ") + n, env.path("Music"), QString(n) + ".mp3", "Alb");
+            row[ColTrack] = n;
+            maker.track(row);
+        }
+        writeTaggedMp3(music + "lone.mp3", TrackTags{});
+        maker.track(makeTrack("", "Lone", env.path("Music"), "lone.mp3", ""));
+        ASSERT_EQ(start(Join_Command_Line({'"' + maker.write().vkt + '"'})), StartupResult::Started);
+        base.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&base));
+    }
+    int rowTitled(const QString& title) const { return int(column(list()->model(), ColTitle).indexOf(title)); }
+};
+
+}  // namespace
+
+TEST_F(AlbumButtonsTest, ButtonsOpenTheWindowOrSayWhyNot)
+{
+    openLibrary();
+    QStringList seen;
+    QStringList rows;
+    ModalAnswerer answers({
+        pressButton(seen, QMessageBox::Ok),  // the track without album
+        pressButton(seen, QMessageBox::Ok),  // one row is no selection
+        [&rows](QWidget* modal) {
+            ASSERT_EQ(modal->objectName(), "SuperTagging");
+            for (QWidget* w : AlbumWindowTest::array(*modal, "TextSong"))
+                rows << qobject_cast<QLineEdit*>(w)->text();
+            auto* song = modal->findChildren<QLineEdit*>("TextSong").first();
+            song->selectAll();
+            QTest::keyClicks(song, "Opening");
+            modal->findChild<QPushButton*>("CommandOK")->click();
+        },
+    });
+    auto* albumTag = find<QPushButton>("CommandAlbumTag");
+    auto* superTag = find<QPushButton>("CommandSuperTag");
+    base.library().MP3_List.select(rowTitled("Lone"));
+    albumTag->click();
+    superTag->click();
+    base.library().MP3_List.select(rowTitled("Song 1"));
+    Select_Library_Row(base.tagPanels().context(), rowTitled("Song 1"));  // on show in the panels
+    albumTag->click();
+    EXPECT_TRUE(answers.done());
+    EXPECT_EQ(seen, QStringList({"Unknown Artist/Album: No Artist/Album known for this Track",
+                                 "Multiple file selection required: Use [Shift] and/or [Ctrl] keys in combination "
+                                 "with [Up] [Down] or mouse to make multiple selection in library list."}));
+    EXPECT_EQ(rows.mid(0, 3), QStringList({"Song 1", "Song 2", ""}));
+    EXPECT_EQ(find<QLineEdit>("Tag2_Text_Title")->text(), "Opening");
+    EXPECT_EQ(list()->model()->index(rowTitled("Opening"), ColTrack).data().toString(), "01");
 }
