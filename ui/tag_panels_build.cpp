@@ -48,7 +48,7 @@ QPushButton* button(const char* name, const QString& caption, const QString& tip
     auto* b = new QPushButton(caption);
     b->setObjectName(QLatin1String(name));
     b->setToolTip(tip);
-    b->setAutoDefault(false);
+    b->setAutoDefault(true);  // Enter presses the button that has the focus
     return b;
 }
 
