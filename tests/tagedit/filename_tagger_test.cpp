@@ -167,6 +167,35 @@ TEST_F(FilenameTaggerTest, WriteOptionsTouchOnlyTheirTags)
     }
 }
 
+TEST_F(FilenameTaggerTest, CoverAndLongTitleComeBackFromTheFile)
+{
+    library({{"Long.mp3", {"A", "Al", "", "T", "", "", false}}});
+    const QString path = music + "Long.mp3";
+    const QByteArray picture = QByteArray("\xFF\xD8\xFF\xE0", 4) + QByteArray(5000, 'p');
+    writeFile(f.env.path("front.jpg"), picture);
+    ASSERT_TRUE(tagger.Load_Library_Row(0));
+    ASSERT_TRUE(tagger.Choose_Cover(f.env.path("front.jpg")));
+    tagger.form.FT_Tag2_Combo_Title = QString(10000, 'x');
+    ASSERT_TRUE(tagger.Write_Tag());
+    EXPECT_EQ(readBack(path).Tag2_Fields.Title.size(), 10000);
+    EXPECT_EQ(readBack(path).Tag1_Record.Title.text(), QString(30, 'x'));
+    EXPECT_EQ(f.lib.MP3_List.field(0, ColTitle).size(), 10000);
+
+    // The next load takes the tag's cover to "FT_Cover.jpg" and shows it;
+    // clicked on to "no cover" and written, the picture is gone.
+    ASSERT_TRUE(tagger.Load_Library_Row(0));
+    EXPECT_EQ(tags.FT_Tag2_Fields.FT_Cover_Choice, 1);
+    EXPECT_EQ(tagger.Load_FT_Cover(), f.app.Data_Folder() + "FT_Cover.jpg");
+    EXPECT_EQ(readFile(tagger.Load_FT_Cover()), picture);
+    tagger.Cover_Click();
+    tagger.Cover_Click();
+    EXPECT_EQ(tagger.Load_FT_Cover(), "");
+    ASSERT_TRUE(tagger.Write_Tag());
+    ASSERT_TRUE(tagger.Load_Library_Row(0));
+    EXPECT_EQ(tags.FT_Tag2_Fields.FT_Cover_Choice, 0);
+    EXPECT_FALSE(QFile::exists(f.app.Data_Folder() + "FT_Cover.jpg"));
+}
+
 TEST_F(FilenameTaggerTest, FailedWritesLeaveTheFileAsItWas)
 {
     library({{"A - B.mp3", {"A", "Al", "", "B", "", "", false}}, {"C - D.mp3", {"C", "Al", "", "D", "", "", false}}});
