@@ -77,6 +77,8 @@ SuperTaggingWindow::SuperTaggingWindow(TagEditContext& edit, QWidget* parent) : 
 
     labelName_ = new QLabel;
     labelName_->setObjectName(QStringLiteral("LabelName"));
+    // A long title must not widen the window.
+    labelName_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     progress_ = new QProgressBar;
     progress_->setObjectName(QStringLiteral("ProgressBar1"));
     progress_->setTextVisible(false);
