@@ -138,14 +138,11 @@ void SuperTagging::Open_Album(const std::vector<int>& rows)
     TextGenre_Enabled = genre.boxEnabled;
     CheckVA = first.VA == QLatin1String("Yes");
 
-    // Which tracks carry a picture; none is chosen yet, so that a write
-    // leaves each track's own cover unless the user picks one.
+    // No cover is chosen yet, so that a write leaves each track's own cover
+    // unless the user picks one; a track's picture is extracted when its
+    // entry is picked.
     QFile::remove(STCover_Path());
     QFile::remove(STBCover_Path());
-    for (AlbumTrack& t : tracks_) {
-        t.Cover = Extract_Cover(Album_Track_File(t), STCover_Path());
-        QFile::remove(STCover_Path());
-    }
     chosenCover_.clear();
     coverIndex_ = -1;
     fillCoverEntries();

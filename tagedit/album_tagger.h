@@ -20,7 +20,6 @@ struct AlbumTrack {
     QString Path;      // the folder of the file, as the library's Folder column
     QString FileName;
     QString VA;        // "Yes" / "No"
-    bool Cover = false;  // the track's tag carries a picture
     bool Real = false;   // the entry holds a file
 };
 
