@@ -90,8 +90,9 @@ QString parse(const QStringList& args, AlbumTagArgs& a)
     if (a.once.contains("cover")) {
         const QString cover = a.once["cover"];
         int n = 0;
-        if (cover.startsWith(QLatin1String("track:")) ? !Is_Number_In(cover.mid(6), 1, 9999, &n)
-                                                        : !QFileInfo(cover).isFile())
+        if (cover.startsWith(QLatin1String("track:"))
+                ? !Is_Number_In(cover.mid(6), 1, 9999, &n)
+                : !QFileInfo(cover).isFile() || !cover.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive))
             return QStringLiteral("--cover takes track:N or an existing .jpg file: ") + cover;
     }
     return {};

@@ -52,6 +52,7 @@ TEST(CliAlbumTag, WritesTheAlbumAndPrintsTheList)
         {{"album-tag", vkt, "1", "--track-artist", "1=X"}, "--va on"},
         {{"album-tag", vkt, "1", "--title", "3=X"}, "the album has 2 tracks"},
         {{"album-tag", vkt, "1", "--cover", "track:9"}, "no track of the album"},
+        {{"album-tag", vkt, "1", "--cover", vkt}, "--cover takes"},
         {{"album-tag", vkt, "1", "--artist", "A", "--artist", "B"}, "twice"},
         {{"album-tag", vkt, "4"}, "row 4"},
     };
