@@ -145,6 +145,7 @@ void SuperTagging::Open_Album(const std::vector<int>& rows)
     QFile::remove(STBCover_Path());
     chosenCover_.clear();
     coverIndex_ = -1;
+    pickedFile_.clear();
     fillCoverEntries();
 }
 
@@ -276,10 +277,6 @@ void SuperTagging::CommandDown()
 void SuperTagging::fillCoverEntries()
 {
     // The entry picked stays picked under its new number.
-    const int pickedTrack = coverIndex_ >= 1 ? coverTracks_[size_t(coverIndex_ - 1)] : -1;
-    QString pickedFile;
-    if (pickedTrack >= 0 && pickedTrack < Track_Count())
-        pickedFile = Album_Track_File(tracks_[size_t(pickedTrack)]);
     coverEntries_ = {QStringLiteral("Browse Cover")};
     coverTracks_.clear();
     if (coverIndex_ >= 1)
@@ -290,7 +287,7 @@ void SuperTagging::fillCoverEntries()
             continue;
         coverTracks_.push_back(i);
         coverEntries_ << QStringLiteral("Track ") + t.Track_Number + QStringLiteral(" Cover");
-        if (!pickedFile.isEmpty() && Album_Track_File(t) == pickedFile)
+        if (!pickedFile_.isEmpty() && Album_Track_File(t) == pickedFile_)
             coverIndex_ = int(coverEntries_.size()) - 1;
     }
 }
@@ -302,12 +299,14 @@ bool SuperTagging::ComboCover_Click(int index)
             return CommandBrowseCover();
         chosenCover_ = STBCover_Path();
         coverIndex_ = 0;
+        pickedFile_.clear();
         return true;
     }
     if (index < 1 || index > int(coverTracks_.size()))
         return false;
     const AlbumTrack& t = tracks_[size_t(coverTracks_[size_t(index - 1)])];
     coverIndex_ = index;
+    pickedFile_ = Album_Track_File(t);
     chosenCover_.clear();
     QFile::remove(STCover_Path());
     if (!Extract_Cover(Album_Track_File(t), STCover_Path()))
@@ -341,6 +340,7 @@ bool SuperTagging::Take_Browsed_Cover(const QString& file)
     }
     chosenCover_ = STBCover_Path();
     coverIndex_ = 0;
+    pickedFile_.clear();
     return true;
 }
 

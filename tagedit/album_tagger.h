@@ -144,6 +144,7 @@ private:
     QStringList coverEntries_;
     std::vector<int> coverTracks_;  // the entry of each "Track nn Cover", from combo index 1
     int coverIndex_ = -1;
+    QString pickedFile_;  // the track whose "Track nn Cover" entry is picked
     QString chosenCover_;
 };
 

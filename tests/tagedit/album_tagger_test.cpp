@@ -176,6 +176,7 @@ TEST(AlbumTagger, PlusMinusAndMovesKeepEveryFileAndItsNumber)
     f.window.CommandTrackMin();  // no entry of a file goes
     EXPECT_EQ(f.window.TextTrackCount(), "2");
 
+    f.window.ComboCover_Click(2);  // "Track 02 Cover" (a track without picture)
     f.window.CommandTrackPlus();
     f.window.CommandTrackPlus();
     EXPECT_EQ(f.window.TextTrackCount(), "4");
@@ -188,6 +189,7 @@ TEST(AlbumTagger, PlusMinusAndMovesKeepEveryFileAndItsNumber)
         order << t.Track_Number + ":" + t.FileName;
     EXPECT_EQ(order, QStringList({"01:01.mp3", "02:", "03:02.mp3", "04:"}));
     EXPECT_EQ(f.window.ComboCover(), QStringList({"Browse Cover", "Track 01 Cover", "Track 03 Cover"}));
+    EXPECT_EQ(f.window.ComboCover_Index(), 2);  // the picked track under its new number
     f.window.Mark(3);
     EXPECT_FALSE(f.window.CommandDown_Enabled());
     // Minus takes the last empty entry, then the one between the files.
