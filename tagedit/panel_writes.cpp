@@ -92,6 +92,7 @@ void reread(PanelContext& p, const QString& path)
     Read_Tag2(c.tags, path, Tag2Mode::Panel);
     c.tags.Cover_Changed = false;
     panels.Mpeg = Show_Mpeg_Info(c.tags, path);
+    panels.Read = Keep_Tag_Read(c.tags, path);
     const Tag2Panel& t = c.tags.Tag2_Panel;
     panels.Tag2_Text_Artist = t.Tag2_Text_Artist;
     panels.Tag2_Text_Album = t.Tag2_Text_Album;
@@ -107,6 +108,27 @@ void reread(PanelContext& p, const QString& path)
     panels.Cover_Tag = Shown_Tag_Cover(c.tags);
     panels.Tag_Shown_Path = path;
     p.show();
+}
+
+// What the write keeps of the file beside the boxes: what the load read when
+// the panels show this file, else a fresh look at it (the cover files of the
+// data folder left alone); a picture the user chose stays chosen.
+void restoreRead(TagEditContext& c, const TagPanels& panels, const QString& path)
+{
+    if (panels.Read.path == path) {
+        Restore_Tag_Read(c.tags, panels.Read);
+        return;
+    }
+    TagState look(c.tags.Data_Folder);
+    look.Read_Other_Versions = c.app.Tag_Read_Other;
+    look.Covers_To_File = false;
+    Read_Tag2(look, path, Tag2Mode::Panel);
+    Show_Mpeg_Info(look, path);
+    PanelTagRead read = Keep_Tag_Read(look, path);
+    const Tag2FieldSet& shown = panels.Read.fields;
+    if (shown.Cover_File != shown.Cover_Original)
+        read.fields.Cover_File = shown.Cover_File;
+    Restore_Tag_Read(c.tags, read);
 }
 
 bool fileGone(PanelContext& p, const QString& path)
@@ -176,6 +198,7 @@ bool Write_Panel_Tag2(PanelContext& p, const QString& path)
     TagEditContext& c = p.edit;
     if (fileGone(p, path))
         return false;
+    restoreRead(c, p.panels, path);
     fillTag2Fields(c.tags, p.panels, path);
     const bool written = Write_Through_Temp(
         c.app.Data_Folder(), path, c.ui,
@@ -313,6 +336,7 @@ bool Take_Cover_File(PanelContext& p, const QString& file)
         return false;
     }
     c.tags.Tag2_Fields.Cover_File = file;
+    p.panels.Read.fields.Cover_File = file;
     p.panels.Cover_Tag = Shown_Tag_Cover(c.tags);
     p.show();
     return true;

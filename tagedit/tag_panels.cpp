@@ -115,6 +115,20 @@ bool isWavOrWma(const QString& path)
 
 }  // namespace
 
+PanelTagRead Keep_Tag_Read(const TagState& tags, const QString& path)
+{
+    return PanelTagRead{path, tags.Tag2_Fields, tags.Comment_Language, tags.Comment_Description,
+                        tags.Comment_Text_Read};
+}
+
+void Restore_Tag_Read(TagState& tags, const PanelTagRead& read)
+{
+    tags.Tag2_Fields = read.fields;
+    tags.Comment_Language = read.language;
+    tags.Comment_Description = read.description;
+    tags.Comment_Text_Read = read.textRead;
+}
+
 QString Shown_Tag_Cover(const TagState& tags)
 {
     const QString cover = tags.coverPath();
@@ -137,6 +151,7 @@ bool Load_Panels(PanelContext& p, const QString& path, int row)
     Read_Tag2(c.tags, path, Tag2Mode::Panel);
     c.tags.Cover_Changed = false;
     panels.Mpeg = Show_Mpeg_Info(c.tags, path);
+    panels.Read = Keep_Tag_Read(c.tags, path);
     showTag2(panels, c.tags.Tag2_Panel);
     panels.Cover_Tag = Shown_Tag_Cover(c.tags);
     panels.Tag_Shown_Path = path;

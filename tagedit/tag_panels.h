@@ -38,6 +38,15 @@ bool Panel_Box_Digits(PanelBox box);
 // the limit.
 QString Filter_Typed(PanelBox box, const QString& typed);
 
+// What a load read beside the boxes (length, frame count, cover, the comment's
+// language and description), kept with the panels so that a write does not
+// depend on what other routines read into the shared tag state meanwhile.
+struct PanelTagRead {
+    QString path;
+    Tag2FieldSet fields;
+    QString language, description, textRead;
+};
+
 struct TagPanels {
     // FrameTag1
     QString Tag1_Text_Artist;
@@ -71,6 +80,7 @@ struct TagPanels {
     int Tag_Source = 1;
     // The track on show; "" before the first selection.
     QString Tag_Shown_Path;
+    PanelTagRead Read;
 
     QString& box(PanelBox b);
     const QString& box(PanelBox b) const;
@@ -101,6 +111,10 @@ struct PanelContext {
             focus(where);
     }
 };
+
+// The tag state's fields of the last read, and back.
+PanelTagRead Keep_Tag_Read(const TagState& tags, const QString& path);
+void Restore_Tag_Read(TagState& tags, const PanelTagRead& read);
 
 // "Cover.jpg" of the data folder when it is there, else "": what Cover_Tag
 // shows after a read or a chosen picture.

@@ -12,6 +12,7 @@
 #include "tags/id3v1.h"
 #include "tags/id3v2_reader.h"
 #include "tags/id3v2_writer.h"
+#include "tags/mpeg_info.h"
 #include "tests/library/work_fixture.h"
 
 using namespace sonorit;
@@ -158,6 +159,27 @@ TEST(TagPanels, WriteTag2StoresThePanelAndTheLibraryFollows)
         EXPECT_EQ(f.play.Play_List.field(0, PlayTitle), c.title);
         EXPECT_TRUE(f.temps().isEmpty());
     }
+}
+
+TEST(TagPanels, WriteKeepsTheLengthOfTheFileItWrites)
+{
+    // One track of one second, one of two; another routine reads the longer
+    // one into the shared tag state after the panels loaded the shorter.
+    PanelFixture f;
+    writeTaggedMp3(f.pathOf(1), test::tags("Art", "Alb", "2", "Song 2"), Mp3Recipe{2.0});
+    ASSERT_TRUE(Select_Library_Row(f.p, 0));
+    Read_Tag2(f.tags, f.pathOf(1), Tag2Mode::Panel);
+    Show_Mpeg_Info(f.tags, f.pathOf(1));
+    EXPECT_EQ(Command_Write_Tag2(f.p), WriteOutcome::Written);
+    EXPECT_EQ(f.readBack(0).Tag2_Fields.Length, "1071");
+
+    // The selection moved without a load: the panels go to the selected
+    // file, with that file's own length.
+    f.lib.MP3_List.select(1);
+    EXPECT_EQ(Command_Write_Tag2(f.p), WriteOutcome::Written);
+    const TagState s = f.readBack(1);
+    EXPECT_EQ(s.Tag2_Fields.Title, "Song 1");
+    EXPECT_EQ(s.Tag2_Fields.Length, "2063");
 }
 
 TEST(TagPanels, WriteTag1StoresTheRecordAndOnlyDateAndSizeFollow)
