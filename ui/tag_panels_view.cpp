@@ -1,6 +1,5 @@
 #include "tag_panels_view.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QImageReader>
 #include <QKeyEvent>
@@ -90,23 +89,21 @@ void TagPanelsView::connectLists()
                      [this](const QModelIndex& index) { Select_Library_Row(context_, index.row()); });
     QObject::connect(playList_, &QTreeView::clicked, this,
                      [this](const QModelIndex& index) { Select_Playlist_Entry(context_, index.row() + 1); });
-    // A row reached with the keys is picked as a click picks it; a mouse
-    // press is left to the click, and a row the program moves to is no pick.
-    const auto byKeys = [](QTreeView* view) {
-        return view->hasFocus() && QGuiApplication::mouseButtons() == Qt::NoButton;
-    };
+    // A row reached with the keys is picked as a click picks it; a row the
+    // program moves to is no pick.
+    library_->installEventFilter(this);
+    playList_->installEventFilter(this);
     QObject::connect(library_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-                     [this, byKeys](const QModelIndex& current) {
-                         if (current.isValid() && byKeys(library_))
+                     [this](const QModelIndex& current) {
+                         if (current.isValid() && keyInList_ == library_)
                              Select_Library_Row(context_, current.row());
                      });
     // The playlist's model arrives with the player; its selection model then.
     if (QItemSelectionModel* rows = playList_->selectionModel()) {
-        QObject::connect(rows, &QItemSelectionModel::currentRowChanged, this,
-                         [this, byKeys](const QModelIndex& current) {
-                             if (current.isValid() && byKeys(playList_))
-                                 Select_Playlist_Entry(context_, current.row() + 1);
-                         });
+        QObject::connect(rows, &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex& current) {
+            if (current.isValid() && keyInList_ == playList_)
+                Select_Playlist_Entry(context_, current.row() + 1);
+        });
     }
 }
 
@@ -164,6 +161,15 @@ QWidget* TagPanelsView::nextAfter(QObject* from) const
 
 bool TagPanelsView::eventFilter(QObject* watched, QEvent* event)
 {
+    if (watched == library_ || watched == playList_) {
+        // The list handles the key after this; what its current row does
+        // meanwhile is the user's doing.
+        if (event->type() == QEvent::KeyPress) {
+            keyInList_ = static_cast<QTreeView*>(watched);
+            QTimer::singleShot(0, this, [this] { keyInList_ = nullptr; });
+        }
+        return false;
+    }
     if (event->type() == QEvent::FocusIn) {
         if (auto* edit = qobject_cast<QLineEdit*>(watched))
             QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });  // after the click placed the cursor

@@ -52,6 +52,7 @@ private:
     QTreeView* library_;
     QTreeView* playList_;
     std::vector<std::pair<QLineEdit*, PanelBox>> boxes_;
+    QTreeView* keyInList_ = nullptr;  // the list whose key press is being handled
 };
 
 }  // namespace sonorit::ui

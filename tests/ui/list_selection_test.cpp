@@ -2,6 +2,7 @@
 // clicks reach the core, the core's selection shows in the view, also after
 // the list was reset or hidden for bulk work.
 #include "tests/support/library_maker.h"
+#include "tests/support/tagged_mp3.h"
 #include "window_fixture.h"
 
 using namespace sonorit;
@@ -23,7 +24,7 @@ protected:
     int viewCurrent() const { return list()->currentIndex().isValid() ? list()->currentIndex().row() : -1; }
     void click(int row, Qt::KeyboardModifiers modifiers = {})
     {
-        const QRect rect = list()->visualRect(list()->model()->index(row, ColTitle));
+        const QRect rect = list()->visualRect(list()->model()->index(row, ColArtist));
         QTest::mouseClick(list()->viewport(), Qt::LeftButton, modifiers, rect.center());
     }
 };
@@ -31,8 +32,12 @@ protected:
 TEST_F(ListSelectionTest, ViewAndCoreSelectTheSameRows)
 {
     LibraryMaker maker(state.paths, env.path("libs/Six.vkt"));
-    for (const char* title : {"a", "b", "c", "d", "e", "f"})
-        maker.track(makeTrack("Artist", title, "/m", QString(title) + ".mp3"));
+    // Real files: a click also shows the track in the tag panels.
+    const QString m = env.path("m");
+    for (const char* title : {"a", "b", "c", "d", "e", "f"}) {
+        ASSERT_TRUE(writeTaggedMp3(m + "/" + title + ".mp3", {}));
+        maker.track(makeTrack("Artist", title, m, QString(title) + ".mp3"));
+    }
     ASSERT_EQ(start(Join_Command_Line({'"' + maker.write().vkt + '"'})), StartupResult::Started);
     ASSERT_EQ(list()->model()->rowCount(), 6);
 
@@ -71,7 +76,7 @@ TEST_F(ListSelectionTest, ViewAndCoreSelectTheSameRows)
     // meanwhile shows once it is back, with the rows it added.
     core().setHidden(true);
     EXPECT_FALSE(list()->isVisible());
-    core().append(makeTrack("Artist", "g", "/m", "g.mp3"));
+    core().append(makeTrack("Artist", "g", m, "g.mp3"));
     core().setSelection({0, 6}, 6);
     core().setHidden(false);
     EXPECT_TRUE(list()->isVisible());
