@@ -14,10 +14,10 @@ MenuStates Update_Menus(const MenuInputs& in)
                              "mnu_play", "mnu_add"})
         m.enabled[QLatin1String(name)] = in.libraryOpen;
     // The tag batches work on the library's rows; the folder ones refresh it.
-    for (const char* name : {"mnu_Retag_Track", "mnu_Retag_Selection", "mnu_Retag_Album", "mnu_Retag_All",
-                             "mnu_Retag_Folder", "mnu_Retag_Tree", "mnu_Tag_sel_Artist", "mnu_Tag_sel_Album",
-                             "mnu_Tag_sel_Year", "mnu_Tag_sel_Genre", "mnu_Tag_sel_VA_On", "mnu_Tag_sel_VA_Off",
-                             "mnu_Tag_sel_Cover"})
+    for (const char* name : {"mnu_Retag", "mnu_Retag_Track", "mnu_Retag_Selection", "mnu_Retag_Album",
+                             "mnu_Retag_All", "mnu_Retag_Folder", "mnu_Retag_Tree", "mnu_Tag_sel",
+                             "mnu_Tag_sel_Artist", "mnu_Tag_sel_Album", "mnu_Tag_sel_Year", "mnu_Tag_sel_Genre",
+                             "mnu_Tag_sel_VA_On", "mnu_Tag_sel_VA_Off", "mnu_Tag_sel_Cover"})
         m.enabled[QLatin1String(name)] = in.libraryOpen;
     m.enabled[QStringLiteral("mnu_Library_Restore")] = in.libraryOpen && in.backupFolderSet;
     m.chkDestLibraryEnabled = in.libraryOpen;

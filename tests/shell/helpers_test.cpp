@@ -55,7 +55,7 @@ TEST(Menus, EnabledByLibraryBackupPlaylistAndRip)
     const QStringList withLibrary = {
         "mnu_Library_Move", "mnu_Library_Refresh", "mnu_Library_Sort", "mnu_Library_Backup", "mnu_Library_Print",
         "mnu_Library_Add", "mnu_Library_Remove", "mnu_Tracks_Copy", "mnu_Tracks_Delete", "mnu_Library_Relocate",
-        "mnu_Library_Rename", "mnu_Extra_Search", "mnu_play", "mnu_add", "mnu_Retag_All", "mnu_Retag_Tree",
+        "mnu_Library_Rename", "mnu_Extra_Search", "mnu_play", "mnu_add", "mnu_Retag", "mnu_Retag_All", "mnu_Retag_Tree",
         "mnu_Tag_sel_Genre", "mnu_Tag_sel_Cover"};
     const QStringList withPlaylist = {"mnu_PlayList_Save", "mnu_PlayList_Save_As", "mnu_PlayList_Export",
                                       "mnu_Track_Delete", "mnu_PlayList_Clear"};
