@@ -21,12 +21,6 @@ namespace {
 
 const QString kTempName = QStringLiteral("Temp.mp3");
 
-bool isWavOrWma(const QString& path)
-{
-    const QString ext = path.right(3).toLower();
-    return ext == QLatin1String("wav") || ext == QLatin1String("wma");
-}
-
 // Enter a track number as the Tag2 writer stores it: two digits, "00" for
 // a text that is not a whole number (such as "3/12"), nothing for nothing.
 QString tag2Track(const QString& typed)
@@ -76,37 +70,9 @@ void fillTag2Fields(TagState& tags, const TagPanels& panels, const QString& path
 // tagger: what the file now holds.
 void reread(PanelContext& p, const QString& path)
 {
-    TagEditContext& c = p.edit;
-    TagPanels& panels = p.panels;
     if (!File_Exists(path))
         return;
-    c.tags.Read_Other_Versions = c.app.Tag_Read_Other;
-    Read_Tag1(c.tags, path, c.ui);
-    panels.Tag1_Text_Artist = c.tags.Tag1_Record.Artist.shown();
-    panels.Tag1_Text_Album = c.tags.Tag1_Record.Album.shown();
-    panels.Tag1_Text_Title = c.tags.Tag1_Record.Title.shown();
-    panels.Tag1_Text_Comment = c.tags.Tag1_Record.Comment.shown();
-    panels.Tag1_Text_Year = c.tags.Tag1_Record.Year.shown();
-    panels.Tag1_Text_Track = Tag1_Track_Text(c.tags.Tag1_Record.Track);
-    panels.Tag1_Combo_Genre = Tag1_Genre_Entry(c.tags.Tag1_Record.Genre);
-    Read_Tag2(c.tags, path, Tag2Mode::Panel);
-    c.tags.Cover_Changed = false;
-    panels.Mpeg = Show_Mpeg_Info(c.tags, path);
-    panels.Read = Keep_Tag_Read(c.tags, path);
-    const Tag2Panel& t = c.tags.Tag2_Panel;
-    panels.Tag2_Text_Artist = t.Tag2_Text_Artist;
-    panels.Tag2_Text_Album = t.Tag2_Text_Album;
-    panels.Tag2_Text_Track = t.Tag2_Text_Track;
-    panels.Tag2_Text_Year = t.Tag2_Text_Year;
-    panels.Tag2_Text_Title = t.Tag2_Text_Title;
-    panels.Tag2_Text_Genre = t.Tag2_Text_Genre;
-    panels.Tag2_Text_Genre_Enabled = t.Tag2_Text_Genre_Enabled;
-    panels.Tag2_Text_Time = t.Tag2_Text_Time;
-    panels.Tag2_Text_Comment = t.Tag2_Text_Comment;
-    panels.Tag2_Combo_Genre = t.Tag2_Combo_Genre;
-    panels.Tag2_Combo_VA = t.Tag2_Combo_VA;
-    panels.Cover_Tag = Shown_Tag_Cover(c.tags);
-    panels.Tag_Shown_Path = path;
+    Read_Into_Panels(p.edit, p.panels, path);
     p.show();
 }
 
@@ -165,7 +131,7 @@ QString Panel_Write_Path(const PanelContext& p)
             return QString();
         // A WAV or WMA entry loaded nothing: the panels show another track.
         const QString path = play->playFile(entry);
-        return isWavOrWma(path) ? QString() : path;
+        return Is_Wav_Or_Wma(path) ? QString() : path;
     }
     const TrackList& list = p.edit.lib.MP3_List;
     const int row = list.selected();

@@ -107,13 +107,13 @@ void showTag2(TagPanels& p, const Tag2Panel& t)
     p.Tag2_Combo_VA = t.Tag2_Combo_VA;
 }
 
-bool isWavOrWma(const QString& path)
+}  // namespace
+
+bool Is_Wav_Or_Wma(const QString& path)
 {
     const QString ext = path.right(3).toLower();
     return ext == QLatin1String("wav") || ext == QLatin1String("wma");
 }
-
-}  // namespace
 
 PanelTagRead Keep_Tag_Read(const TagState& tags, const QString& path)
 {
@@ -135,14 +135,8 @@ QString Shown_Tag_Cover(const TagState& tags)
     return File_Exists(cover) ? cover : QString();
 }
 
-bool Load_Panels(PanelContext& p, const QString& path, int row)
+void Read_Into_Panels(TagEditContext& c, TagPanels& panels, const QString& path)
 {
-    TagEditContext& c = p.edit;
-    if (!File_Exists(path)) {
-        c.ui.message(path, QStringLiteral("File not found"), Buttons::Ok, Icon::None);
-        return false;
-    }
-    TagPanels& panels = p.panels;
     c.tags.Read_Other_Versions = c.app.Tag_Read_Other;
     if (c.tags.Data_Folder.isEmpty())
         c.tags.Data_Folder = c.app.Data_Folder();
@@ -155,8 +149,18 @@ bool Load_Panels(PanelContext& p, const QString& path, int row)
     showTag2(panels, c.tags.Tag2_Panel);
     panels.Cover_Tag = Shown_Tag_Cover(c.tags);
     panels.Tag_Shown_Path = path;
-    if (panels.Tag2_Text_Comment.isEmpty())
-        panels.Tag2_Text_Comment = TagStamp();
+}
+
+bool Load_Panels(PanelContext& p, const QString& path, int row)
+{
+    TagEditContext& c = p.edit;
+    if (!File_Exists(path)) {
+        c.ui.message(path, QStringLiteral("File not found"), Buttons::Ok, Icon::None);
+        return false;
+    }
+    Read_Into_Panels(c, p.panels, path);
+    if (p.panels.Tag2_Text_Comment.isEmpty())
+        p.panels.Tag2_Text_Comment = TagStamp();
     p.show();
     if (c.filenameTaggerFollow)
         c.filenameTaggerFollow(path, row);
@@ -178,7 +182,7 @@ bool Select_Playlist_Entry(PanelContext& p, int entry)
     if (!p.edit.play)
         return false;
     const QString path = p.edit.play->playFile(entry);
-    if (path.isEmpty() || isWavOrWma(path))
+    if (path.isEmpty() || Is_Wav_Or_Wma(path))
         return false;
     return Load_Panels(p, path, -1);
 }

@@ -120,6 +120,13 @@ void Restore_Tag_Read(TagState& tags, const PanelTagRead& read);
 // shows after a read or a chosen picture.
 QString Shown_Tag_Cover(const TagState& tags);
 
+// Read_Tag1, Read_Tag2(path, 0) and Show_Mpeg_Info into the panels, with
+// the cover shown and Tag_Shown_Path: what the file holds, nothing more.
+void Read_Into_Panels(TagEditContext& c, TagPanels& panels, const QString& path);
+
+// WAV and WMA entries of the playlist load nothing into the panels.
+bool Is_Wav_Or_Wma(const QString& path);
+
 // Reads the track into the panels as a selection does: Read_Tag1,
 // Read_Tag2(path, 0), Show_Mpeg_Info; Tag_Shown_Path becomes the path; an
 // empty Tag2 comment shows the stamp; the cover shown is taken anew (a

@@ -23,7 +23,7 @@ namespace {
 struct PanelFixture : WorkFixture {
     TagState tags{app.Data_Folder()};
     PlaybackState play;
-    TagEditContext edit{app, lib, ui, tags, &play};
+    TagEditContext edit{app, lib, ui, tags, &play, {}};
     TagPanels panels;
     QStringList focus;
     PanelContext p{edit, panels, {}, [this](PanelFocus f) { focus << QString::number(int(f)); }};
