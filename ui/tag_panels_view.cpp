@@ -89,22 +89,21 @@ void TagPanelsView::connectLists()
                      [this](const QModelIndex& index) { Select_Library_Row(context_, index.row()); });
     QObject::connect(playList_, &QTreeView::clicked, this,
                      [this](const QModelIndex& index) { Select_Playlist_Entry(context_, index.row() + 1); });
-    // A row reached with the keys is picked as a click picks it; a row the
-    // program moves to is no pick.
+    // A key press on either list shows the row it leaves current, as a click
+    // does; a row the program moves to is no pick.
     library_->installEventFilter(this);
     playList_->installEventFilter(this);
-    QObject::connect(library_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-                     [this](const QModelIndex& current) {
-                         if (current.isValid() && keyInList_ == library_)
-                             Select_Library_Row(context_, current.row());
-                     });
-    // The playlist's model arrives with the player; its selection model then.
-    if (QItemSelectionModel* rows = playList_->selectionModel()) {
-        QObject::connect(rows, &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex& current) {
-            if (current.isValid() && keyInList_ == playList_)
-                Select_Playlist_Entry(context_, current.row() + 1);
-        });
-    }
+}
+
+void TagPanelsView::keyPressedIn(QTreeView* list)
+{
+    const QModelIndex current = list->currentIndex();
+    if (!current.isValid())
+        return;
+    if (list == library_)
+        Select_Library_Row(context_, current.row());
+    else
+        Select_Playlist_Entry(context_, current.row() + 1);
 }
 
 void TagPanelsView::edited(QLineEdit* edit, PanelBox box, const QString& text)
@@ -162,11 +161,10 @@ QWidget* TagPanelsView::nextAfter(QObject* from) const
 bool TagPanelsView::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == library_ || watched == playList_) {
-        // The list handles the key after this; what its current row does
-        // meanwhile is the user's doing.
+        // The list handles the key after this; its tag shows once it has.
         if (event->type() == QEvent::KeyPress) {
-            keyInList_ = static_cast<QTreeView*>(watched);
-            QTimer::singleShot(0, this, [this] { keyInList_ = nullptr; });
+            auto* list = static_cast<QTreeView*>(watched);
+            QTimer::singleShot(0, this, [this, list] { keyPressedIn(list); });
         }
         return false;
     }

@@ -40,6 +40,7 @@ private:
     void connectButtons();
     void connectLists();
     void edited(QLineEdit* edit, PanelBox box, const QString& text);
+    void keyPressedIn(QTreeView* list);
     void moveFocus(PanelFocus where);
     void showCover();
     // Where Enter in `from` goes; null where Enter does nothing special.
@@ -52,7 +53,6 @@ private:
     QTreeView* library_;
     QTreeView* playList_;
     std::vector<std::pair<QLineEdit*, PanelBox>> boxes_;
-    QTreeView* keyInList_ = nullptr;  // the list whose key press is being handled
 };
 
 }  // namespace sonorit::ui
