@@ -86,6 +86,17 @@ void retagRows(TagEditContext& c, const std::vector<int>& rows, RetagRun& run)
     c.ui.unlockMainWindow();
 }
 
+// The rows retagged, then the one message about the tracks left alone.
+RetagRun retagAndTell(TagEditContext& c, const std::vector<int>& rows)
+{
+    RetagRun run;
+    if (rows.empty())
+        return run;
+    retagRows(c, rows, run);
+    Tell_Retag_Run(c.ui, run);
+    return run;
+}
+
 bool hasSelection(const TagEditContext& c)
 {
     return !c.lib.MP3_List.isEmpty() && c.lib.MP3_List.selected() >= 0;
@@ -187,39 +198,22 @@ void Tell_Retag_Run(UiPort& ui, const RetagRun& run)
 
 RetagRun mnu_Retag_Track(TagEditContext& c)
 {
-    RetagRun run;
-    if (!hasSelection(c))
-        return run;
-    retagRows(c, {c.lib.MP3_List.selected()}, run);
-    Tell_Retag_Run(c.ui, run);
-    return run;
+    return hasSelection(c) ? retagAndTell(c, {c.lib.MP3_List.selected()}) : RetagRun{};
 }
 
 RetagRun mnu_Retag_Selection(TagEditContext& c)
 {
-    RetagRun run;
-    if (!hasSelection(c))
-        return run;
-    retagRows(c, c.lib.MP3_List.selectedRows(), run);
-    Tell_Retag_Run(c.ui, run);
-    return run;
+    return hasSelection(c) ? retagAndTell(c, c.lib.MP3_List.selectedRows()) : RetagRun{};
 }
 
 RetagRun mnu_Retag_Album(TagEditContext& c)
 {
-    RetagRun run;
     if (!hasSelection(c))
-        return run;
+        return {};
     LibraryContext lc = c.library();
-    const std::vector<int> rows =
-        Album_Rows(lc, {QStringLiteral("Unknown Album"), QStringLiteral("No Album known for this Track"),
-                        QStringLiteral("Unknown Artist and/or Album"),
-                        QStringLiteral("No Artist and/or Album known for this Track")});
-    if (rows.empty())
-        return run;
-    retagRows(c, rows, run);
-    Tell_Retag_Run(c.ui, run);
-    return run;
+    return retagAndTell(c, Album_Rows(lc, {QStringLiteral("Unknown Album"), QStringLiteral("No Album known for this Track"),
+                                           QStringLiteral("Unknown Artist and/or Album"),
+                                           QStringLiteral("No Artist and/or Album known for this Track")}));
 }
 
 RetagRun mnu_Retag_All(TagEditContext& c)

@@ -6,7 +6,6 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QImageReader>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -254,22 +253,7 @@ void FilenameTag::push()
 
 void FilenameTag::showCover()
 {
-    const qreal ratio = devicePixelRatioF();
-    const QSize room = cover_->contentsRect().size() * ratio;
-    QPixmap picture;
-    if (const QString file = tagger_.Load_FT_Cover(); !file.isEmpty()) {
-        QImageReader reader(file);
-        reader.setAutoTransform(true);
-        if (const QSize size = reader.size(); size.isValid())
-            reader.setScaledSize(size.scaled(room, Qt::KeepAspectRatio));
-        const QImage image = reader.read();
-        if (!image.isNull())
-            picture = QPixmap::fromImage(image);
-    }
-    if (picture.isNull())
-        picture = Default_Cover().scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    picture.setDevicePixelRatio(ratio);
-    cover_->setPixmap(picture);
+    cover_->setPixmap(Fitted_Cover(tagger_.Load_FT_Cover(), cover_));
 }
 
 void FilenameTag::applyFocus()

@@ -1,9 +1,12 @@
 #include "player_panel.h"
 
+#include <QImageReader>
+
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QImageReader>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -75,6 +78,26 @@ QPixmap Default_Cover()
     p.fillRect(picture.rect(), ground);
     p.setOpacity(0.85);
     p.drawPixmap(QRect(40, 40, 120, 120), Program_Icon().pixmap(120, 120));
+    return picture;
+}
+
+QPixmap Fitted_Cover(const QString& file, const QWidget* box)
+{
+    const qreal ratio = box->devicePixelRatioF();
+    const QSize room = box->contentsRect().size() * ratio;
+    QPixmap picture;
+    if (!file.isEmpty()) {
+        QImageReader reader(file);
+        reader.setAutoTransform(true);
+        if (const QSize size = reader.size(); size.isValid())
+            reader.setScaledSize(size.scaled(room, Qt::KeepAspectRatio));
+        const QImage image = reader.read();
+        if (!image.isNull())
+            picture = QPixmap::fromImage(image);
+    }
+    if (picture.isNull())
+        picture = Default_Cover().scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    picture.setDevicePixelRatio(ratio);
     return picture;
 }
 

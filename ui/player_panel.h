@@ -53,5 +53,8 @@ PlayerPanel Build_Player_Panel(QGroupBox* frame);
 
 // The built-in picture of a track without one, 200 x 200.
 QPixmap Default_Cover();
+// A JPEG scaled into a picture box, sharp on high-density screens; the
+// built-in picture when the file is none or cannot be loaded.
+QPixmap Fitted_Cover(const QString& file, const QWidget* box);
 
 }  // namespace sonorit::ui

@@ -21,6 +21,7 @@
 #include <QWheelEvent>
 
 #include "library/library_lock.h"
+#include "player_panel.h"
 #include "tag_panels_view.h"
 #include "tagedit/track_follow.h"
 #include "tags/id3v1.h"
@@ -348,16 +349,7 @@ void SuperTaggingWindow::showRows()
 
 void SuperTaggingWindow::showCover()
 {
-    const QString file = model_.TagCover();
-    QPixmap picture;
-    if (!file.isEmpty() && picture.load(file)) {
-        cover_->setPixmap(picture.scaled(cover_->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
-        return;
-    }
-    cover_->setPixmap(QPixmap());
-    cover_->setText(file.isEmpty() ? QStringLiteral("No cover chosen:\neach track keeps its own")
-                                   : QStringLiteral("The picture cannot be shown"));
-    cover_->setWordWrap(true);
+    cover_->setPixmap(Fitted_Cover(model_.TagCover(), cover_));
 }
 
 void SuperTaggingWindow::showProgress()

@@ -1,7 +1,6 @@
 #include "tag_panels_view.h"
 
 #include <QComboBox>
-#include <QImageReader>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
@@ -230,23 +229,7 @@ void TagPanelsView::show()
 
 void TagPanelsView::showCover()
 {
-    const qreal ratio = w_.cover->devicePixelRatioF();
-    const QSize room = w_.cover->contentsRect().size() * ratio;
-    QPixmap picture;
-    if (!panels_.Cover_Tag.isEmpty()) {
-        QImageReader reader(panels_.Cover_Tag);
-        reader.setAutoTransform(true);
-        const QSize size = reader.size();
-        if (size.isValid())
-            reader.setScaledSize(size.scaled(room, Qt::KeepAspectRatio));
-        const QImage image = reader.read();
-        if (!image.isNull())
-            picture = QPixmap::fromImage(image);
-    }
-    if (picture.isNull())
-        picture = Default_Cover().scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    picture.setDevicePixelRatio(ratio);
-    w_.cover->setPixmap(picture);
+    w_.cover->setPixmap(Fitted_Cover(panels_.Cover_Tag, w_.cover));
 }
 
 }  // namespace sonorit::ui
