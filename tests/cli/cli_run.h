@@ -5,6 +5,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QThread>
+#include <functional>
+#include <gtest/gtest.h>
+#include <utility>
 #include <vector>
 
 namespace sonorit::test {
@@ -70,6 +74,38 @@ inline QString iniValue(const QString& file, const QByteArray& key)
         if (line.startsWith(key + '='))
             return QString::fromUtf8(line.mid(key.size() + 1).trimmed());
     return {};
+}
+
+// Starts sonorit-cli with `args` and kills it with SIGKILL `delayUs` after
+// `reached` first holds. False when the run ended before that.
+inline bool killWhen(const QStringList& args, const std::function<bool()>& reached, int delayUs = 0)
+{
+    QProcess p;
+    p.setStandardOutputFile(QProcess::nullDevice());
+    p.setStandardErrorFile(QProcess::nullDevice());
+    p.start(SONORIT_CLI_PATH, args);
+    if (!p.waitForStarted())
+        return false;
+    while (!reached()) {
+        if (p.waitForFinished(0))
+            return false;
+        QThread::usleep(200);
+    }
+    QThread::usleep(static_cast<unsigned long>(delayUs));
+    p.kill();
+    p.waitForFinished();
+    return p.exitStatus() == QProcess::CrashExit;
+}
+
+// Each call ends in a usage error (status 2) whose text names `reason`.
+inline void expectUsageErrors(const std::vector<std::pair<QStringList, const char*>>& calls)
+{
+    for (const auto& [args, reason] : calls) {
+        const CliRun bad = runCli(args);
+        EXPECT_EQ(bad.exitCode, 2) << args.join(' ').toStdString();
+        EXPECT_TRUE(bad.err.contains(reason)) << bad.err.toStdString();
+        EXPECT_TRUE(bad.out.isEmpty()) << args.join(' ').toStdString();
+    }
 }
 
 }  // namespace sonorit::test

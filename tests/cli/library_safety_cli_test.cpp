@@ -80,12 +80,7 @@ TEST(CliLibrarySafety, AKillAtAnyMomentLeavesALibraryThatOpensWhole)
             const QString vkt = newLibrary(env);
             if (command.first() == "sort")  // a library with free slots, so the sort renumbers
                 runCli({"relocate", vkt, "all"});
-            QProcess p;
-            p.start(SONORIT_CLI_PATH, QStringList{command.first(), vkt} + command.mid(1));
-            ASSERT_TRUE(p.waitForStarted());
-            QThread::msleep(delay);
-            p.kill();
-            p.waitForFinished();
+            killWhen(QStringList{command.first(), vkt} + command.mid(1), [] { return true; }, delay * 1000);
             expectSound(env, vkt);
             // The refresh in there opened the library and took any journal the kill left.
             EXPECT_FALSE(QFileInfo::exists(iniValue(vkt, "ALBUMLIB_NAME") + ".journal"));

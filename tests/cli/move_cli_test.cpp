@@ -1,4 +1,5 @@
-// sonorit-cli remove, erase, copy and move: their arguments and exit codes,
+// sonorit-cli remove, erase, copy and move: their arguments, rows printed and
+// exit codes (what they do to the library the library tests show),
 // and a move killed at several moments, after which every track is whole in
 // at least one place, the library opens, and a second move completes.
 #include <gtest/gtest.h>
@@ -6,7 +7,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMap>
-#include <QThread>
 
 #include "cli_run.h"
 #include "tests/support/mp3_maker.h"
@@ -49,28 +49,6 @@ QMap<QString, QStringList> placesOf(const QStringList& folders)
     return places;
 }
 
-// Starts a move and kills it `delayUs` after the journal holds `records`
-// records. False when the move ended first.
-bool killMoveAfter(const QString& vkt, const QString& target, int records, int delayUs)
-{
-    const QString journal = iniValue(vkt, "ALBUMLIB_NAME") + ".journal";
-    QProcess p;
-    p.setStandardOutputFile(QProcess::nullDevice());
-    p.setStandardErrorFile(QProcess::nullDevice());
-    p.start(SONORIT_CLI_PATH, {"--dialog", target, "move", vkt});
-    if (!p.waitForStarted())
-        return false;
-    while (readFile(journal).count("TRCK") < records) {
-        if (p.waitForFinished(0))
-            return false;
-        QThread::usleep(200);
-    }
-    QThread::usleep(static_cast<unsigned long>(delayUs));
-    p.kill();  // SIGKILL
-    p.waitForFinished();
-    return p.exitStatus() == QProcess::CrashExit;
-}
-
 }  // namespace
 
 TEST(CliTrackRemoval, VerbsArgumentsAndExitCodes)
@@ -97,7 +75,11 @@ TEST(CliTrackRemoval, VerbsArgumentsAndExitCodes)
         {{"--dialog", out, "copy", vkt, "album", "1"}, 0, 17},
         {{"copy", vkt, "track", "1"}, 0, 17},  // no folder chosen
         {{"erase", vkt, "album", "1"}, 0, 8},
+        {{"--dialog", main + "/Inside", "move", vkt}, 0, 8},  // refused, told in a message
+        {{"--dialog", env.path("Main2"), "move", vkt}, 0, 8},
     };
+    QDir().mkpath(main + "/Inside");
+    QDir().mkpath(env.path("Main2"));
     for (const Case& k : cases) {
         SCOPED_TRACE(k.args.join(' ').toStdString());
         const CliRun r = runCli(k.args);
@@ -106,13 +88,6 @@ TEST(CliTrackRemoval, VerbsArgumentsAndExitCodes)
             EXPECT_EQ(r.out.size(), k.rows);
         }
     }
-    // The removed track's file stays, the erased ones are gone, the album of
-    // nine left after the erasure was copied.
-    const QStringList left = filesUnder(main);
-    EXPECT_EQ(left.size(), 9);
-    EXPECT_TRUE(left.filter("/t019.mp3").size() == 1 && left.filter("/t000.mp3").isEmpty());
-    EXPECT_EQ(filesUnder(out).size(), 9);
-
     // A copy that fails stops with status 1 and says which file and why.
     const CliRun opened = runCli({"open", vkt});
     ASSERT_EQ(opened.exitCode, 0);
@@ -123,16 +98,7 @@ TEST(CliTrackRemoval, VerbsArgumentsAndExitCodes)
     EXPECT_EQ(failed.json.back()["title"].toString(), "Copy failure");
     EXPECT_TRUE(failed.json.back()["text"].toString().contains(rowPaths(opened)[0]));
 
-    // A move into the library is refused, one beside it done.
-    const CliRun refused = runCli({"--dialog", main + "/A", "move", vkt});
-    EXPECT_EQ(refused.exitCode, 0);
-    ASSERT_FALSE(refused.json.empty());
-    EXPECT_EQ(refused.json.back()["title"].toString(), "Library move aborted");
-    QDir().mkpath(env.path("Main2"));
-    const CliRun moved = runCli({"--dialog", env.path("Main2"), "move", vkt});
-    EXPECT_EQ(moved.exitCode, 0) << moved.err.toStdString();
     EXPECT_EQ(iniValue(vkt, "LIB_FOLDER"), env.path("Main2/"));
-    EXPECT_EQ(moved.out.size(), 8);
 }
 
 TEST(CliMoveKill, AKilledMoveLeavesEveryTrackWholeAndTheLibraryOpens)
@@ -154,7 +120,9 @@ TEST(CliMoveKill, AKilledMoveLeavesEveryTrackWholeAndTheLibraryOpens)
         const QString target = folders[(round + 1) % 2];
         SCOPED_TRACE("round " + std::to_string(round));
         QDir().mkpath(target);  // the folder dialog offers existing folders
-        ASSERT_TRUE(killMoveAfter(vkt, target, kills[round][0], kills[round][1]))
+        const QString journal = iniValue(vkt, "ALBUMLIB_NAME") + ".journal";
+        ASSERT_TRUE(killWhen({"--dialog", target, "move", vkt},
+                             [&] { return readFile(journal).count("TRCK") >= kills[round][0]; }, kills[round][1]))
             << "the move was not caught in the middle";
 
         const QMap<QString, QStringList> places = placesOf({folders[0], folders[1]});

@@ -79,11 +79,7 @@ TEST(CliOpen, FailuresAndUsage)
     ASSERT_EQ(notLibrary.json.size(), 1u);
     EXPECT_TRUE(notLibrary.json[0].contains("error"));
 
-    for (const QStringList& args : QList<QStringList>{
-             {}, {"open"}, {"open", vkt, vkt}, {"frobnicate", vkt}, {"open", vkt, "--answers"}}) {
-        const CliRun r = runCli(args);
-        EXPECT_EQ(r.exitCode, 2) << args.join(' ').toStdString();
-        EXPECT_TRUE(r.err.contains("usage: sonorit-cli")) << args.join(' ').toStdString();
-        EXPECT_TRUE(r.out.isEmpty());
-    }
+    const char* usage = "usage: sonorit-cli";
+    expectUsageErrors({{{}, usage}, {{"open"}, usage}, {{"open", vkt, vkt}, usage}, {{"frobnicate", vkt}, usage},
+                       {{"open", vkt, "--answers"}, usage}});
 }

@@ -1,5 +1,6 @@
-// sonorit-cli play end to end: real files through GStreamer into a fake sink
-// that keeps real time, the events read back from standard output.
+// sonorit-cli play: its options, exit codes and the event lines it prints,
+// real files through GStreamer into a fake sink that keeps real time. The
+// player's rules (copies, skips, shuffles) the playback tests show.
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <set>
@@ -54,29 +55,21 @@ protected:
     TempEnv env_;
 };
 
-TEST_F(PlayCommandTest, FilesPlayThroughInOrderWithAlternatingCopies)
+TEST_F(PlayCommandTest, EventLinesTellWhatPlaysAndWavBoxesTakeTheAnswers)
 {
-    const QString one = mp3("one.mp3"), two = mp3("two.mp3"), three = mp3("three.mp3");
-    const QString bad = env_.path("bad.mp3");
+    const QString one = mp3("one.mp3"), bad = env_.path("bad.mp3"), wav = env_.path("tone.wav");
     writeFile(bad, QByteArray(4000, 'x'));
-    const QString wav = env_.path("tone.wav");
     ASSERT_TRUE(writeWav(wav, 1.0));
 
-    const PlayRun r = play({"--answers", "Wav Artist,Wav Album", one, bad, two, three, wav});
+    const PlayRun r = play({"--answers", "Wav Artist,Wav Album", one, bad, wav});
     ASSERT_EQ(r.run.exitCode, 0) << r.run.err.toStdString();
-    EXPECT_EQ(r.story, QStringList({"start 1 Play01.mp3", "end 1", "skip 2", "start 3 Play02.mp3", "end 3",
-                                    "start 4 Play01.mp3", "end 4", "start 5 tone.wav", "end 5", "stop"}));
+    EXPECT_EQ(r.story, QStringList({"start 1 Play01.mp3", "end 1", "skip 2", "start 3 tone.wav", "end 3", "stop"}));
     // The start line in full: the position, the source and the copy played.
     const QJsonObject first = r.events.front();
     EXPECT_EQ(first.value("pos").toInt(), 1);
     EXPECT_EQ(first.value("source").toString(), one);
     EXPECT_EQ(first.value("file").toString(), env_.paths().Data_Folder + "Play01.mp3");
-    const auto wavStart = std::find_if(r.events.begin(), r.events.end(),
-                                       [](const QJsonObject& o) { return o.value("entry").toInt() == 5; });
-    EXPECT_EQ(wavStart->value("file").toString(), wav) << "a WAV entry plays without a copy";
-    EXPECT_EQ(wavStart->value("pos").toInt(), 5);
-
-    EXPECT_GE(r.positions.size(), 4u) << "once a second while a track plays";
+    EXPECT_GE(r.positions.size(), 2u) << "once a second while a track plays";
     for (double s : r.positions)
         EXPECT_TRUE(s >= 0.5 && s < 1.6) << s;
     // The WAV's boxes took the answers given, then their default.
@@ -84,7 +77,7 @@ TEST_F(PlayCommandTest, FilesPlayThroughInOrderWithAlternatingCopies)
         EXPECT_TRUE(r.run.err.contains(input)) << input << r.run.err.toStdString();
 }
 
-TEST_F(PlayCommandTest, ShuffledListLoopsUntilTheSecondsAreOver)
+TEST_F(PlayCommandTest, LoopRandomAndSecondsOptions)
 {
     const QString one = mp3("a.mp3"), two = mp3("b.mp3");
     writeFile(env_.path("list.m3u"), "#ZEVM3U\r\n#ZEVINF:A | Album | One | 00:01\r\n" + one.toUtf8()
@@ -93,17 +86,9 @@ TEST_F(PlayCommandTest, ShuffledListLoopsUntilTheSecondsAreOver)
     ASSERT_EQ(r.run.exitCode, 0) << r.run.err.toStdString();
     ASSERT_GE(r.story.size(), 6) << r.story.join(", ").toStdString();
     EXPECT_EQ(r.story.last(), "stop");
-    // Each entry once per round, the same order in the next round.
     const int first = r.story[0].section(' ', 1, 1).toInt(), second = r.story[2].section(' ', 1, 1).toInt();
     EXPECT_EQ(std::set<int>({first, second}), std::set<int>({1, 2}));
-    EXPECT_EQ(r.story.mid(0, 5), QStringList({QString("start %1 Play01.mp3").arg(first), QString("end %1").arg(first),
-                                              QString("start %1 Play02.mp3").arg(second), QString("end %1").arg(second),
-                                              QString("start %1 Play01.mp3").arg(first)}));
-
-    // A plain list starts playing before its rows are read from the tags.
-    writeFile(env_.path("plain.m3u"), "a.mp3\r\n" + two.toUtf8() + "\r\n");
-    EXPECT_EQ(play({env_.path("plain.m3u")}).story,
-              QStringList({"start 1 Play01.mp3", "end 1", "start 2 Play02.mp3", "end 2", "stop"}));
+    EXPECT_EQ(r.story[4], QString("start %1 Play01.mp3").arg(first)) << "looped";
 
     const PlayRun cut = play({"--seconds", "1", mp3("long.mp3", 3.0)});
     EXPECT_EQ(cut.story, QStringList({"start 1 Play01.mp3", "stop"})) << "stopped before its end";
@@ -126,10 +111,6 @@ TEST_F(PlayCommandTest, BadArgumentsAndFiles)
     };
     for (const auto& row : rows)
         EXPECT_EQ(play(row.args).run.exitCode, row.exitCode) << row.args.join(' ').toStdString();
-
-    // Nothing playable: the skip and the end of the run at once.
-    writeFile(env_.path("noise.mp3"), QByteArray(4000, 'y'));
-    EXPECT_EQ(play({env_.path("noise.mp3")}).story, QStringList({"skip 1", "stop"}));
 }
 
 }  // namespace

@@ -24,11 +24,6 @@ QString track(const TempEnv& env, const QString& rel, const QString& artist, con
     return path;
 }
 
-QStringList entries(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name);
-}
-
 }  // namespace
 
 TEST(CliPlaylist, LoadsMergesSavesAndExports)
@@ -46,19 +41,13 @@ TEST(CliPlaylist, LoadsMergesSavesAndExports)
     // The missing file kept its row: the rows and the paths part from there.
     EXPECT_EQ(r.out, (QStringList{"1\tAnn\tOne\tAy\t01:00\t" + a, "2\tGone\tX\tY\t02:00\t" + b,
                                   "3\tB\tAlbum\tBee\t00:00\t", "count\t2"}));
-    const QByteArray saved = "#ZEVM3U\r\n#ZEVINF:Ann | One | Ay | 01:00\r\n" + a.toUtf8()
-        + "\r\n#ZEVINF:Gone | X | Y | 02:00\r\n" + b.toUtf8() + "\r\n";
-    EXPECT_EQ(readFile(env.path("saved.m3u")), saved);
-    EXPECT_EQ(readFile(own), saved);  // a merge saves the current list, as the window does
-    EXPECT_EQ(entries(env.path("out")), (QStringList{"a.mp3", "b.mp3"}));
-
-    // What the list reader makes of bad input the playlist tests show; here
-    // the exit codes.
-    EXPECT_EQ(runCli({"playlist", env.path("none.m3u")}).exitCode, 1);
-    EXPECT_EQ(runCli({"playlist", a}).exitCode, 1);
-    EXPECT_EQ(runCli({"playlist"}).exitCode, 2);
-    EXPECT_EQ(runCli({"playlist", own, "--save"}).exitCode, 2);
-    EXPECT_EQ(runCli({"playlist", own, "--shuffle", "x"}).exitCode, 2);
+    // What the list files hold the playlist tests show; here that the options reached them.
+    EXPECT_TRUE(readFile(env.path("saved.m3u")).startsWith("#ZEVM3U\r\n"));
+    EXPECT_EQ(QDir(env.path("out")).entryList(QDir::Files, QDir::Name), (QStringList{"a.mp3", "b.mp3"}));
+    for (const auto& [args, exitCode] : std::vector<std::pair<QStringList, int>>{
+             {{"playlist", env.path("none.m3u")}, 1}, {{"playlist", a}, 1}, {{"playlist"}, 2},
+             {{"playlist", own, "--save"}, 2}, {{"playlist", own, "--shuffle", "x"}, 2}})
+        EXPECT_EQ(runCli(args).exitCode, exitCode) << args.join(' ').toStdString();
 }
 
 TEST(CliQueue, RunsTheMenuCommandsOnLibraryRows)
@@ -90,9 +79,10 @@ TEST(CliQueue, RunsTheMenuCommandsOnLibraryRows)
     EXPECT_EQ(all.out.size(), 5);  // three good rows, the count, the order
     EXPECT_EQ(all.json.size(), 0u);
 
-    EXPECT_EQ(runCli({"queue", vkt, "shuffle"}).exitCode, 2);
-    EXPECT_EQ(runCli({"queue", vkt, "track-add", "9"}).exitCode, 2);
-    EXPECT_EQ(runCli({"queue", env.path("none.vkt"), "all-play"}).exitCode, 1);
+    for (const auto& [args, exitCode] : std::vector<std::pair<QStringList, int>>{
+             {{"queue", vkt, "shuffle"}, 2}, {{"queue", vkt, "track-add", "9"}, 2},
+             {{"queue", env.path("none.vkt"), "all-play"}, 1}})
+        EXPECT_EQ(runCli(args).exitCode, exitCode) << args.join(' ').toStdString();
 }
 
 TEST(CliDups, PrintsGroupsAndRemovesAsTheWindowDoes)
@@ -113,11 +103,10 @@ TEST(CliDups, PrintsGroupsAndRemovesAsTheWindowDoes)
     ASSERT_EQ(removed.exitCode, 0);
     EXPECT_EQ(removed.out, (QStringList{"1\tT\tA\t1,2,4", "1\tA\tAlbum\tT\t00:00\t" + a, "2\tB\tAlbum\tT\t00:00\t" + c,
                                         "count\t2"}));
-    ASSERT_EQ(removed.json.size(), 1u);
-    EXPECT_EQ(removed.json[0]["title"].toString(), "Scan Result");
+    EXPECT_EQ(titlesOf(removed), QStringList{"Scan Result"});
     EXPECT_EQ(readFile(list), "a.mp3\r\nb.mp3\r\nc.mp3\r\nd.mp3\r\n");
-
-    EXPECT_EQ(runCli({"dups", list, "--remove", "3"}).exitCode, 2);  // in no group
-    EXPECT_EQ(runCli({"dups", list, "--remove"}).exitCode, 2);
-    EXPECT_EQ(runCli({"dups", env.path("d/none.m3u")}).exitCode, 1);
+    for (const auto& [args, exitCode] : std::vector<std::pair<QStringList, int>>{
+             {{"dups", list, "--remove", "3"}, 2},  // in no group
+             {{"dups", list, "--remove"}, 2}, {{"dups", env.path("d/none.m3u")}, 1}})
+        EXPECT_EQ(runCli(args).exitCode, exitCode) << args.join(' ').toStdString();
 }

@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QMap>
 #include <QSet>
-#include <QThread>
 
 #include "cli_run.h"
 #include "tests/support/mp3_maker.h"
@@ -59,27 +58,6 @@ QMap<QString, Source> makeSources(const TempEnv& env)
     return sources;
 }
 
-// Starts the import and kills it `delayUs` microseconds after the Trackfile
-// holds `records` records. False when the import ended before that.
-bool killScanAfter(const QString& vkt, const QString& folder, int records, int delayUs)
-{
-    const QString trackfile = iniValue(vkt, "ALBUMLIB_NAME");
-    QProcess p;
-    p.setStandardOutputFile(QProcess::nullDevice());
-    p.setStandardErrorFile(QProcess::nullDevice());
-    p.start(SONORIT_CLI_PATH, {"scan-tree", vkt, folder});
-    if (!p.waitForStarted())
-        return false;
-    while (readFile(trackfile).count("TRCK") < records) {
-        if (p.waitForFinished(1))
-            return false;
-    }
-    QThread::usleep(static_cast<unsigned long>(delayUs));
-    p.kill();  // SIGKILL
-    p.waitForFinished();
-    return p.exitStatus() == QProcess::CrashExit;
-}
-
 }  // namespace
 
 TEST(CliScanKill, AKilledImportLeavesWholeFilesAndARecoverableLibrary)
@@ -94,7 +72,10 @@ TEST(CliScanKill, AKilledImportLeavesWholeFilesAndARecoverableLibrary)
         QDir().mkpath(main);
         ASSERT_EQ(runCli({"--dialog", main, "new", vkt}).exitCode, 0);
         const QMap<QString, Source> sources = makeSources(env);
-        ASSERT_TRUE(killScanAfter(vkt, env.path("Src"), records, delayUs)) << "the import was not caught in the middle";
+        const QString trackfile = iniValue(vkt, "ALBUMLIB_NAME");
+        ASSERT_TRUE(killWhen({"scan-tree", vkt, env.path("Src")},
+                             [&] { return readFile(trackfile).count("TRCK") >= records; }, delayUs))
+            << "the import was not caught in the middle";
 
         for (const Source& s : sources)
             ASSERT_EQ(readFile(s.path), s.bytes) << s.path.toStdString();

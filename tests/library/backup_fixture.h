@@ -36,6 +36,13 @@ struct BackupFixture : WorkFixture {
         ui.answers.insert(ui.answers.end(), more.begin(), more.end());
         return mnu_Library_Backup(ctx);
     }
+    bool restore(std::deque<Answer> answers)
+    {
+        ui.messages.clear();
+        ui.events.clear();
+        ui.answers = std::move(answers);
+        return mnu_Library_Restore(ctx);
+    }
     QString report() const
     {
         for (const auto& m : ui.messages)

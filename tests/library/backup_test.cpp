@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "backup_fixture.h"
-#include "library/refresh.h"
 #include "tests/support/fat_mount.h"
 #include "tests/support/small_fs.h"
 

@@ -2,7 +2,6 @@
 // refusal of library folders and what failures leave behind.
 #include <gtest/gtest.h>
 
-#include "library/refresh.h"
 #include "library/slots.h"
 #include "library/track_import.h"
 #include "work_fixture.h"

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "library/naming_commands.h"
-#include "library/refresh.h"
 #include "library/track_import.h"
 #include "work_fixture.h"
 
@@ -39,9 +38,7 @@ TEST(InterruptedWork, NoStepLosesAFileOrLeavesTheLibraryAtOdds)
         for (const int times : {1, 1 << 30}) {  // a passing failure, then a lasting one
             SCOPED_TRACE(std::string(step) + (times == 1 ? " once" : " always"));
             WorkFixture f;
-            writeTaggedMp3(f.main + "old/1.mp3", tags("Cher", "Hits", "1", "One"));
-            f.ui.answers = {Answer::No};
-            mnu_Library_Refresh(f.ctx);
+            f.fill({{"old/1.mp3", tags("Cher", "Hits", "1", "One")}});
             const QString src = f.source("in/2.mp3", tags("Abba", "Gold", "2", "Two"));
             const QByteArray bytes = readFile(src);
 

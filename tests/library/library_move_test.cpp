@@ -7,7 +7,6 @@
 #include <QDir>
 
 #include "library/library_move.h"
-#include "library/refresh.h"
 #include "tests/support/qt_gtest_print.h"
 #include "tests/support/small_fs.h"
 #include "work_fixture.h"

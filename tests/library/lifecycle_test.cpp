@@ -5,7 +5,6 @@
 
 #include "library/lifecycle.h"
 #include "library/naming_rules.h"
-#include "library/refresh.h"
 #include "shell/settings_families.h"
 #include "work_fixture.h"
 
@@ -70,9 +69,7 @@ TEST(Lifecycle, NewLibraryAsksItsWayThroughAndIsFilledByARefresh)
 TEST(Lifecycle, DeletingALibraryRemovesItsFilesOnlyAndClosesItIfCurrent)
 {
     WorkFixture f;
-    writeTaggedMp3(f.main + "a/1.mp3", tags("A", "Ax", "1", "One"));
-    f.ui.answers = {Answer::No};
-    mnu_Library_Refresh(f.ctx);
+    f.fill({{"a/1.mp3", tags("A", "Ax", "1", "One")}});
 
     // Another library: its three files go, the current one stays open.
     const LibraryFiles o = LibraryMaker(f.app.paths, f.env.path("Other.vkt")).write();

@@ -2,28 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "library/naming_commands.h"
-#include "library/refresh.h"
 #include "work_fixture.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
-
-namespace {
-
-// A library filled by a refresh from files under the Main Folder.
-void fill(WorkFixture& f, const std::vector<std::pair<QString, TrackTags>>& files)
-{
-    for (const auto& [rel, t] : files)
-        writeTaggedMp3(f.main + rel, t);
-    f.ui.answers = {Answer::No};
-    mnu_Library_Refresh(f.ctx);
-    f.ui.messages.clear();
-    f.ui.events.clear();
-}
-
-int rowOf(const WorkFixture& f, const QString& name) { return f.lib.MP3_List.find(ColFilename, name); }
-
-}  // namespace
 
 TEST(NamingCommands, AlbumRowsFollowArtistOrVariousAndNeedTheirTags)
 {
@@ -32,33 +14,33 @@ TEST(NamingCommands, AlbumRowsFollowArtistOrVariousAndNeedTheirTags)
     va.various = true;
     TrackTags va2 = tags("Y", "Hits", "2", "V2");
     va2.various = true;
-    fill(f, {{"in/a.mp3", tags("Abba", "Gold", "1", "One")},
+    f.fill({{"in/a.mp3", tags("Abba", "Gold", "1", "One")},
              {"in/b.mp3", tags("Abba", "Gold", "2", "Two")},
              {"in/c.mp3", tags("abba", "Gold", "3", "Other artist by case")},
              {"in/d.mp3", tags("Abba", "", "4", "No album")},
              {"in/v1.mp3", va},
              {"in/v2.mp3", va2}});
-    f.lib.MP3_List.select(rowOf(f, "b.mp3"));
+    f.lib.MP3_List.select(f.rowOf("b.mp3"));
     mnu_Library_Rename_Album(f.ctx);
     EXPECT_TRUE(QFileInfo::exists(f.main + "in/Abba - Gold - 01 - One.mp3"));
     EXPECT_TRUE(QFileInfo::exists(f.main + "in/Abba - Gold - 02 - Two.mp3"));
     EXPECT_TRUE(QFileInfo::exists(f.main + "in/c.mp3"));  // the comparison sees case
 
-    f.lib.MP3_List.select(rowOf(f, "v2.mp3"));
+    f.lib.MP3_List.select(f.rowOf("v2.mp3"));
     mnu_Library_Relocate_Album(f.ctx);
     EXPECT_TRUE(QFileInfo::exists(f.main + "Various Artists/Hits/v1.mp3"));
     EXPECT_TRUE(QFileInfo::exists(f.main + "Various Artists/Hits/v2.mp3"));
     EXPECT_EQ(f.lib.MP3_List.field(f.lib.MP3_List.selected(), ColFilename), "v2.mp3");  // found again after the sort
     EXPECT_EQ(f.trackfile(), f.listAsTrackfile());  // sorted afterwards
 
-    f.lib.MP3_List.select(rowOf(f, "d.mp3"));
+    f.lib.MP3_List.select(f.rowOf("d.mp3"));
     mnu_Library_Relocate_Album(f.ctx);
     ASSERT_EQ(f.ui.titles(), QStringList{"Unknown Artist and/or Album"});
     EXPECT_EQ(f.ui.messages[0].text, "No Artist and/or Album known for this Track");
 
     f.ui.messages.clear();
-    f.lib.MP3_List.setField(rowOf(f, "v1.mp3"), ColAlbum, "");
-    f.lib.MP3_List.select(rowOf(f, "v1.mp3"));
+    f.lib.MP3_List.setField(f.rowOf("v1.mp3"), ColAlbum, "");
+    f.lib.MP3_List.select(f.rowOf("v1.mp3"));
     mnu_Library_Rename_Album(f.ctx);
     ASSERT_EQ(f.ui.titles(), QStringList{"Unknown Album"});
     EXPECT_EQ(f.ui.messages[0].text, "No Album known for this Track");
@@ -67,7 +49,7 @@ TEST(NamingCommands, AlbumRowsFollowArtistOrVariousAndNeedTheirTags)
 TEST(NamingCommands, RelocateAllTidiesAndShowsProgress)
 {
     WorkFixture f;
-    fill(f, {{"old/x/1.mp3", tags("Abba", "Gold", "1", "One")},
+    f.fill({{"old/x/1.mp3", tags("Abba", "Gold", "1", "One")},
              {"old/x/2.mp3", tags("Cher", "Hits", "2", "Two")},
              {"old/x/desktop.ini", {}},
              {"Quarantaine/3.mp3", tags("", "", "3", "Three")}});
@@ -94,7 +76,7 @@ TEST(NamingCommands, RelocateAllTidiesAndShowsProgress)
 TEST(NamingCommands, RenameAllWithTwoTracksOfOneNameAsksAndShiftsRows)
 {
     WorkFixture f;
-    fill(f, {{"in/a.mp3", tags("Abba", "Gold", "1", "One")},
+    f.fill({{"in/a.mp3", tags("Abba", "Gold", "1", "One")},
              {"in/b.mp3", tags("Abba", "Gold", "1", "One")},
              {"in/c.mp3", tags("Cher", "Hits", "2", "Two")}});
     f.lib.MP3_List.select(0);
@@ -111,7 +93,7 @@ TEST(NamingCommands, RenameAllWithTwoTracksOfOneNameAsksAndShiftsRows)
 TEST(NamingCommands, SelectionWorksOnCollectedRowsAndTrackOnTheSelectedOne)
 {
     WorkFixture f;
-    fill(f, {{"in/a.mp3", tags("Abba", "Gold", "1", "One")},
+    f.fill({{"in/a.mp3", tags("Abba", "Gold", "1", "One")},
              {"in/b.mp3", tags("Abba", "Gold", "2", "Two")},
              {"in/c.mp3", tags("Cher", "Hits", "3", "Three")}});
     f.lib.MP3_List.setSelection({0, 2}, 2);
@@ -120,7 +102,7 @@ TEST(NamingCommands, SelectionWorksOnCollectedRowsAndTrackOnTheSelectedOne)
     EXPECT_EQ(f.lib.MP3_List.field(f.lib.MP3_List.selected(), ColFilename), "c.mp3");
 
     // The Track command leaves the emptied folder and covers where they are.
-    f.lib.MP3_List.select(rowOf(f, "b.mp3"));
+    f.lib.MP3_List.select(f.rowOf("b.mp3"));
     mnu_Library_Relocate_Track(f.ctx);
     EXPECT_TRUE(QDir(f.main + "in").exists());
     mnu_Library_Rename_Track(f.ctx);
@@ -137,7 +119,7 @@ TEST(NamingCommands, SelectionWorksOnCollectedRowsAndTrackOnTheSelectedOne)
 TEST(NamingCommands, ALastingRecordFailureIsReportedForEachTrackAsItMoves)
 {
     WorkFixture f;
-    fill(f, {{"in/a.mp3", tags("Abba", "Gold", "1", "One")}, {"in/b.mp3", tags("Cher", "Hits", "2", "Two")}});
+    f.fill({{"in/a.mp3", tags("Abba", "Gold", "1", "One")}, {"in/b.mp3", tags("Cher", "Hits", "2", "Two")}});
     const QString first = f.pathOf(0);
     FailAt fail("move-record");
     f.lib.faults = &fail;

@@ -124,12 +124,9 @@ TEST(Refresh, MergeOrderAgreesWithTheListForMixedCase)
 TEST(Refresh, UpdateFailureIsReported)
 {
     WorkFixture f;
-    writeTaggedMp3(f.main + "a/1.mp3", tags("A", "Ax", "1", "One"));
-    f.ui.answers = {Answer::No};
-    mnu_Library_Refresh(f.ctx);
+    f.fill({{"a/1.mp3", tags("A", "Ax", "1", "One")}});
     FailAt fail("update-record");
     f.lib.faults = &fail;
-    f.ui.messages.clear();
     Update_Track_From_File(f.ctx, f.main + "a/1.mp3", 0);
     ASSERT_EQ(f.ui.titles(), QStringList{"Tag Update Error"});
     EXPECT_EQ(f.ui.messages[0].text, "Could not update tags from 1.mp3");

@@ -10,18 +10,6 @@
 using namespace sonorit;
 using namespace sonorit::test;
 
-namespace {
-
-bool restore(BackupFixture& f, std::deque<Answer> answers)
-{
-    f.ui.messages.clear();
-    f.ui.events.clear();
-    f.ui.answers = std::move(answers);
-    return mnu_Library_Restore(f.ctx);
-}
-
-}  // namespace
-
 TEST(Restore, BringsBackWhatTheLibraryLostAndWhatIsNewerAndASecondRunChangesNothing)
 {
     BackupFixture f;
@@ -46,7 +34,7 @@ TEST(Restore, BringsBackWhatTheLibraryLostAndWhatIsNewerAndASecondRunChangesNoth
     // A copy a killed run left, which no walk may take for a track.
     writeFile(f.bak + "A/Abba/Gold/.lost.mp3.sonorit-partial-XyZ123", "half");
 
-    ASSERT_TRUE(restore(f, {Answer::Yes}));
+    ASSERT_TRUE(f.restore({Answer::Yes}));
     ASSERT_EQ(f.ui.titles(), (QStringList{"Confirm Backup folder", "Refresh Report"}));
     EXPECT_EQ(f.ui.messages[0].text, "The current Backup folder is set to:\n\r" + f.bak + "\n\rProceed restoring?");
     EXPECT_EQ(f.ui.messages[1].text, "0 tracks were removed.\r\n0 tracks were refreshed.\r\n0 tracks were added.");
@@ -65,7 +53,7 @@ TEST(Restore, BringsBackWhatTheLibraryLostAndWhatIsNewerAndASecondRunChangesNoth
     EXPECT_EQ(filesBelow(f.bak), backup);  // the partial copy went, nothing else changed
 
     const auto library = filesBelow(f.main);
-    ASSERT_TRUE(restore(f, {Answer::Yes}));
+    ASSERT_TRUE(f.restore({Answer::Yes}));
     EXPECT_EQ(filesBelow(f.main), library);
     EXPECT_TRUE(f.ui.events.filter("label18:Updating").isEmpty());
     EXPECT_TRUE(f.ui.events.filter("label18:Restoring").isEmpty());
@@ -101,7 +89,7 @@ TEST(Restore, RefusesBeforeAnythingChanges)
         f.lib.MP3_List.select(0);
         const auto library = filesBelow(f.main);
         const QByteArray records = f.trackfile();
-        EXPECT_EQ(restore(f, {row.answer}), row.result);
+        EXPECT_EQ(f.restore({row.answer}), row.result);
         EXPECT_EQ(f.ui.titles(), row.titles);
         if (!row.text.isEmpty()) {
             EXPECT_EQ(f.ui.messages.back().text, QString(row.text).replace("%1", f.app.Backup_Folder));
@@ -128,7 +116,7 @@ TEST(Restore, ALibraryThatLostEverythingGetsBackWhatCanBeCopiedUnderItsOwnMainFo
     writeTaggedMp3(f.bak + "A/first.mp3", tags("A", "B", "1", "First"), {0.3});
     writeFile(f.main + "A", "a file where the folder would go");
 
-    ASSERT_TRUE(restore(f, {Answer::Yes, Answer::Ok, Answer::No}));
+    ASSERT_TRUE(f.restore({Answer::Yes, Answer::Ok, Answer::No}));
     ASSERT_EQ(f.ui.titles(), (QStringList{"Confirm Backup folder", "File error", "Refresh Report"}));
     EXPECT_EQ(f.ui.messages[1].text, "The following track can not be restored: \n\rfirst.mp3\n\r"
                                      "The most common cause is that the path/filename is to long.");
@@ -158,7 +146,7 @@ TEST(Restore, AnUpdateThatFailsLeavesTheTrackAsItWasAndStops)
     fs.leaveFree(4096);
     const auto library = filesBelow(f.main);
 
-    EXPECT_FALSE(restore(f, {Answer::Yes}));
+    EXPECT_FALSE(f.restore({Answer::Yes}));
     ASSERT_EQ(f.ui.titles(), (QStringList{"Confirm Backup folder", "Restore failure"}));
     EXPECT_EQ(f.ui.messages[1].text, "The restore has stopped: this track could not be updated.\n\r" + one
                                          + "\n\rfrom " + f.bak + "A/1.mp3\n\rReason: No space left on device");

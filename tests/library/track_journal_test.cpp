@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include "library/naming_commands.h"
-#include "library/refresh.h"
 #include "library/library_lock.h"
 #include "library/track_journal.h"
 #include "library/track_moves.h"
@@ -82,10 +81,9 @@ TEST(TrackJournal, AppliesCompleteRecordsBySlotIgnoresATornTailAndRepeatsToTheSa
 TEST(TrackJournal, OpeningAppliesTheJournalAndKeepsItWhileAnotherProgramHoldsTheLibrary)
 {
     WorkFixture f;
-    for (const QString name : {"1.mp3", "2.mp3", "3.mp3"})
-        writeTaggedMp3(f.main + "old/" + name, tags("Abba", "Gold", name.left(1), name));
-    f.ui.answers = {Answer::No};
-    mnu_Library_Refresh(f.ctx);
+    f.fill({{"old/1.mp3", tags("Abba", "Gold", "1", "1.mp3")},
+            {"old/2.mp3", tags("Abba", "Gold", "2", "2.mp3")},
+            {"old/3.mp3", tags("Abba", "Gold", "3", "3.mp3")}});
     const QByteArray before = f.trackfile();
     TrackRow moved = f.lib.MP3_List.row(1);
     moved[ColFolder] = f.main + "a/much/longer/folder";
@@ -126,8 +124,7 @@ TEST(TrackJournal, ARenameKilledBeforeAnyMoveOpensToRowsAtTheFilesAsTheyStand)
     for (int i = 1; i <= 12; ++i)
         writeTaggedMp3(f.main + QString("old/t%1.mp3").arg(i),
                        tags(QString("Artist %1").arg(i % 3), "Album", QString::number(i), QString("Song %1").arg(i)));
-    f.ui.answers = {Answer::No};
-    mnu_Library_Refresh(f.ctx);
+    f.fill();
     mnu_Library_Relocate_All(f.ctx);  // the rename below then changes each record's length
     f.ui.messages.clear();
 

@@ -6,7 +6,6 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
-#include "library/refresh.h"
 #include "library/track_removal.h"
 #include "tests/support/small_fs.h"
 #include "work_fixture.h"
@@ -18,21 +17,6 @@ namespace {
 
 using Command = bool (*)(LibraryContext&);
 
-// A library filled by a refresh from files under the Main Folder, all dated
-// in the past so that a copy that does not keep the date shows.
-void fill(WorkFixture& f, const std::vector<std::pair<QString, TrackTags>>& files)
-{
-    const qint64 old = QDateTime(QDate(2003, 4, 5), QTime(6, 7, 8)).toSecsSinceEpoch() * kSecondNs;
-    for (const auto& [rel, t] : files) {
-        writeTaggedMp3(f.main + rel, t, Mp3Recipe{0.2});
-        setMtime(f.main + rel, old);
-    }
-    f.ui.answers = {Answer::No};
-    mnu_Library_Refresh(f.ctx);
-    f.ui.messages.clear();
-    f.ui.events.clear();
-}
-
 TrackTags various(const QString& artist, const QString& album)
 {
     TrackTags t = tags(artist, album, "1", artist);
@@ -41,25 +25,25 @@ TrackTags various(const QString& artist, const QString& album)
 }
 
 // Gold by Abba (two tracks), Hits by Cher, a various-artists album of two,
-// and one track each without album.
+// and one track each without album; all dated in the past so that a copy
+// that does not keep the date shows.
 void fillFive(WorkFixture& f)
 {
-    fill(f, {{"A/a1.mp3", tags("Abba", "Gold", "1", "One")},
+    f.fill({{"A/a1.mp3", tags("Abba", "Gold", "1", "One")},
              {"A/a2.mp3", tags("Abba", "Gold", "2", "Two")},
              {"C/c1.mp3", tags("Cher", "Hits", "1", "Three")},
              {"V/v1.mp3", various("X", "Mix")},
              {"V/v2.mp3", various("Y", "Mix")},
              {"N/n1.mp3", tags("Nobody", "", "1", "Lone")},
-             {"N/n2.mp3", various("Z", "")}});
+             {"N/n2.mp3", various("Z", "")}},
+           0.2, QDateTime(QDate(2003, 4, 5), QTime(6, 7, 8)).toSecsSinceEpoch() * kSecondNs);
 }
-
-int rowOf(const WorkFixture& f, const QString& name) { return f.lib.MP3_List.find(ColFilename, name); }
 
 void select(WorkFixture& f, const QStringList& names)
 {
     std::vector<int> rows;
     for (const QString& n : names)
-        rows.push_back(rowOf(f, n));
+        rows.push_back(f.rowOf(n));
     f.lib.MP3_List.setSelection(rows, rows.front());
 }
 
@@ -146,7 +130,7 @@ TEST(TrackRemoval, AlbumCommandsNeedArtistAndAlbumAndSayWhichCommandToUse)
             SCOPED_TRACE(std::string(c.use) + ", " + t.track);
             f.ui.messages.clear();
             f.ui.dialogResults = {f.env.path("Out")};
-            f.lib.MP3_List.select(rowOf(f, t.track));
+            f.lib.MP3_List.select(f.rowOf(t.track));
             c.command(f.ctx);
             ASSERT_EQ(f.ui.titles(), QStringList{t.title});
             EXPECT_EQ(f.ui.messages[0].text,
@@ -195,8 +179,8 @@ TEST(TrackRemoval, AFileThatCannotBeErasedIsReportedAndItsRowGoesAnyway)
     EXPECT_EQ(lines[1], locked + "/c1.mp3");
     EXPECT_TRUE(lines[2] == "Error 30: Read-only file system" || lines[2] == "Error 13: Permission denied")
         << lines[2].toStdString();
-    EXPECT_EQ(rowOf(f, "c1.mp3"), -1);
-    EXPECT_EQ(rowOf(f, "a1.mp3"), -1);
+    EXPECT_EQ(f.rowOf("c1.mp3"), -1);
+    EXPECT_EQ(f.rowOf("a1.mp3"), -1);
     EXPECT_FALSE(QFileInfo::exists(f.main + "A/a1.mp3"));
     EXPECT_EQ(readFile(locked + "/c1.mp3"), bytes);
     EXPECT_TRUE(f.recordsMatchList());
@@ -236,7 +220,7 @@ TEST(TrackRemoval, CopiesAreWholeKeepTheirDatesAndLeaveTheLibraryAlone)
         expected.sort();
         EXPECT_EQ(QDir(out).entryList(QDir::Files | QDir::Hidden), expected);
         for (const QString& name : k.copied) {
-            const QString source = f.pathOf(rowOf(f, name));
+            const QString source = f.pathOf(f.rowOf(name));
             EXPECT_EQ(stateOf(out + "/" + name), stateOf(source));
         }
         EXPECT_EQ(readFile(out + "/other.txt"), "mine");

@@ -3,6 +3,7 @@
 // Main Folder, sources outside it, and what the disk holds afterwards.
 #include <QFileInfo>
 
+#include "library/refresh.h"
 #include "library/trackfile.h"
 #include "library_fixture.h"
 #include "tests/support/tagged_mp3.h"
@@ -24,6 +25,22 @@ struct WorkFixture : LibraryFixture {
         writeTaggedMp3(path, tags);
         return path;
     }
+    // The library filled by a refresh from these files (and any already there)
+    // under the Main Folder, each dated `mtime` when one is given; what the
+    // refresh said is cleared.
+    void fill(const std::vector<std::pair<QString, TrackTags>>& files = {}, double seconds = 1, qint64 mtime = -1)
+    {
+        for (const auto& [rel, t] : files) {
+            writeTaggedMp3(main + rel, t, Mp3Recipe{seconds});
+            if (mtime >= 0)
+                setMtime(main + rel, mtime);
+        }
+        ui.answers = {Answer::No};
+        mnu_Library_Refresh(ctx);
+        ui.messages.clear();
+        ui.events.clear();
+    }
+    int rowOf(const QString& name) const { return lib.MP3_List.find(ColFilename, name); }
     // Every file under the Main Folder, relative to it, sorted.
     QStringList filesUnderMain() const { return filesUnder(main); }
     QString pathOf(int row) const

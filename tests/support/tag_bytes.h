@@ -28,6 +28,13 @@ inline QByteArray frame(const char* id, const QByteArray& data, quint16 flags = 
     return QByteArray(id, 4) + be32(data.size()) + char(flags >> 8) + char(flags) + data;
 }
 
+// A v2.2 frame: three-letter id, three-byte size.
+inline QByteArray frame22(const char* id, const QByteArray& data)
+{
+    const quint32 n = quint32(data.size());
+    return QByteArray(id, 3) + char(n >> 16) + char(n >> 8) + char(n) + data;
+}
+
 inline QByteArray textFrame(const char* id, const QByteArray& text) { return frame(id, '\0' + text); }
 
 inline QByteArray commFrame(const QByteArray& language, const QByteArray& description, const QByteArray& text)

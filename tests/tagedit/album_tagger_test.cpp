@@ -4,14 +4,10 @@
 
 #include <QFile>
 
-#include "library/refresh.h"
 #include "playback/covers.h"
-#include "shell/settings_families.h"
 #include "tagedit/album_tagger.h"
 #include "tagedit/track_follow.h"
-#include "tags/id3v1.h"
-#include "tags/id3v2_reader.h"
-#include "tests/library/work_fixture.h"
+#include "tagedit_fixture.h"
 #include "tests/support/tag_bytes.h"
 
 using namespace sonorit;
@@ -21,25 +17,16 @@ namespace {
 
 const QByteArray kPicture = QByteArray("\xFF\xD8\xFF\xE0", 4) + QByteArray(300, 'p') + QByteArray("\xFF\xD9", 2);
 
-struct AlbumFixture : WorkFixture {
-    TagState tags{app.Data_Folder()};
-    TagEditContext edit{app, lib, ui, tags};
+struct AlbumFixture : TagEditFixture {
     SuperTagging window{edit};
-    QByteArray audio = makeMp3();
     QStringList labels;  // LabelName as the write went
 
     AlbumFixture()
     {
-        Get_Tag_Settings(app);  // the defaults: every frame the album tagger writes is on
         window.progressed = [this] {
             if (labels.isEmpty() || labels.last() != window.LabelName)
                 labels << window.LabelName;
         };
-    }
-    QString put(const QString& rel, const QByteArray& frames)
-    {
-        writeFile(main + rel, tag(frames) + audio);
-        return main + rel;
     }
     // Tracks "Art - Alb" 1..n, each with a comment of its own, the library
     // filled from them.
@@ -49,27 +36,17 @@ struct AlbumFixture : WorkFixture {
         for (int i = 1; i <= n; ++i) {
             const QByteArray no = QByteArray::number(i);
             paths << put(QStringLiteral("Art/Alb/%1.mp3").arg(i, 2, 10, QLatin1Char('0')),
-                         textFrame("TPE1", "Art") + textFrame("TALB", "Alb") + textFrame("TRCK", no)
+                         tag(textFrame("TPE1", "Art") + textFrame("TALB", "Alb") + textFrame("TRCK", no)
                              + textFrame("TIT2", "Song " + no) + textFrame("TYER", "1990") + textFrame("TCON", "Rock")
-                             + commFrame("deu", "note", "Mine " + no) + (i == 2 ? extra : QByteArray()));
+                             + commFrame("deu", "note", "Mine " + no) + (i == 2 ? extra : QByteArray())));
         }
-        mnu_Library_Refresh(ctx);
-        ui.messages.clear();
+        fill();
         return paths;
     }
     void openAlbumOf(const QString& path)
     {
         lib.MP3_List.select(Library_Row_Of(lib.MP3_List, path));
         window.Open_Album(Album_Tag_Rows(edit));
-    }
-    int rowOf(const QString& path) const { return Library_Row_Of(lib.MP3_List, path); }
-    TagState readBack(const QString& path) const
-    {
-        TagState s(app.Data_Folder());
-        s.Covers_To_File = false;
-        Read_Tag2(s, path, Tag2Mode::Panel);
-        Read_Tag1(s, path, const_cast<ScriptedUi&>(ui));
-        return s;
     }
     QByteArray coverOf(const QString& path) const
     {

@@ -4,14 +4,11 @@
 
 #include <QFile>
 
-#include "library/refresh.h"
 #include "library/trackfile.h"
 #include "shell/file_stamp.h"
-#include "shell/settings_families.h"
 #include "tagedit/retag.h"
 #include "tagedit/track_follow.h"
-#include "tags/id3v2_reader.h"
-#include "tests/library/work_fixture.h"
+#include "tagedit_fixture.h"
 #include "tests/support/tag_bytes.h"
 
 using namespace sonorit;
@@ -19,42 +16,11 @@ using namespace sonorit::test;
 
 namespace {
 
-QByteArray frame22(const char* id, const QByteArray& text)
-{
-    const QByteArray data = '\0' + text;
-    const char size[] = {0, char(data.size() >> 8), char(data.size())};
-    return QByteArray(id, 3) + QByteArray(size, 3) + data;
-}
-
+// A v2.2 tag, which the options a new user has do not read.
+const QByteArray kV22 = tag(frame22("TP1", QByteArray("\0Two", 4)) + frame22("TT2", QByteArray("\0Older", 6)), 2);
 const QByteArray kSylt = frame("SYLT", QByteArray("\0eng\x02\x01\0\nla\0\0\0\0\x10", 16));
 
-struct RetagFixture : WorkFixture {
-    TagState tags{app.Data_Folder()};
-    TagEditContext edit{app, lib, ui, tags};
-    QByteArray audio = makeMp3();
-
-    RetagFixture() { Get_Tag_Settings(app); }  // the options a new user has
-
-    QString put(const QString& rel, const QByteArray& head)
-    {
-        writeFile(main + rel, head + audio);
-        return main + rel;
-    }
-    // The library filled from the Main Folder, as a refresh does it.
-    void fill()
-    {
-        mnu_Library_Refresh(ctx);
-        ui.messages.clear();
-        ui.events.clear();
-    }
-    int rowOf(const QString& path) const { return Library_Row_Of(lib.MP3_List, path); }
-    TagState readBack(const QString& path) const
-    {
-        TagState s(app.Data_Folder());
-        Read_Tag2(s, path, Tag2Mode::Panel);
-        return s;
-    }
-};
+using RetagFixture = TagEditFixture;
 
 QByteArray tagOf(const QByteArray& file)
 {
@@ -76,7 +42,7 @@ TEST(Retag, AllRewritesReadableTagsAndLeavesTheOthersByteForByte)
                                   tag(textFrame("TPE1", "Some") + textFrame("TALB", "Mix") + textFrame("TIT2", "Va")
                                       + textFrame("TPE2", "Various Artists")));
     const QString v24 = f.put("Odd/v24.mp3", tag(textFrame("TPE1", "Four") + textFrame("TIT2", "Newer"), 4));
-    const QString v22 = f.put("Odd/v22.mp3", tag(frame22("TP1", "Two") + frame22("TT2", "Older"), 2));
+    const QString v22 = f.put("Odd/v22.mp3", kV22);
     // A header with its version byte gone.
     const QString damaged = f.put("Odd/damaged.mp3", tag(textFrame("TIT2", "Lost"), 0));
     f.fill();
@@ -141,7 +107,7 @@ TEST(Retag, OtherVersionsAreRewrittenWhenTheSettingReadsThem)
     RetagFixture f;
     f.app.Tag_Read_Other = true;
     const QString v24 = f.put("Odd/v24.mp3", tag(textFrame("TPE1", "Four") + textFrame("TIT2", "Newer"), 4));
-    const QString v22 = f.put("Odd/v22.mp3", tag(frame22("TP1", "Two") + frame22("TT2", "Older"), 2));
+    const QString v22 = f.put("Odd/v22.mp3", kV22);
     f.fill();
     f.lib.MP3_List.setSelection({0, 1}, 0);
 

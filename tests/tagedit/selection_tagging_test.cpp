@@ -4,12 +4,8 @@
 
 #include <QFile>
 
-#include "library/refresh.h"
-#include "shell/settings_families.h"
 #include "tagedit/selection_tagging.h"
-#include "tags/id3v1.h"
-#include "tags/id3v2_reader.h"
-#include "tests/library/work_fixture.h"
+#include "tagedit_fixture.h"
 #include "tests/support/tag_bytes.h"
 
 using namespace sonorit;
@@ -17,9 +13,7 @@ using namespace sonorit::test;
 
 namespace {
 
-struct SelectionFixture : WorkFixture {
-    TagState tags{app.Data_Folder()};
-    TagEditContext edit{app, lib, ui, tags};
+struct SelectionFixture : TagEditFixture {
     TagPanels panels;
     PanelContext p{edit, panels, {}, {}};
     QStringList paths;
@@ -27,29 +21,13 @@ struct SelectionFixture : WorkFixture {
     // Two tracks of one album, both selected.
     SelectionFixture()
     {
-        Get_Tag_Settings(app);
-        for (const char* name : {"1", "2"}) {
-            const QString path = main + "Art/Alb/" + name + ".mp3";
-            writeTaggedMp3(path, test::tags("Art", "Alb", name, QString("Song ") + name));
-        }
-        mnu_Library_Refresh(ctx);
-        ui.messages.clear();
-        ui.events.clear();
+        fill({{"Art/Alb/1.mp3", test::tags("Art", "Alb", "1", "Song 1")},
+              {"Art/Alb/2.mp3", test::tags("Art", "Alb", "2", "Song 2")}});
         lib.MP3_List.setSelection({0, 1}, 0);
         paths = {pathOf(0), pathOf(1)};
     }
-    TagState v2(int row) const
-    {
-        TagState s(app.Data_Folder());
-        Read_Tag2(s, pathOf(row), Tag2Mode::Panel);
-        return s;
-    }
-    Tag1Record v1(int row)
-    {
-        TagState s(app.Data_Folder());
-        Read_Tag1(s, pathOf(row), ui);
-        return s.Tag1_Record;
-    }
+    TagState v2(int row) const { return readBack(pathOf(row)); }
+    Tag1Record v1(int row) const { return readBack(pathOf(row)).Tag1_Record; }
     std::vector<FileState> files() const { return {stateOf(paths[0]), stateOf(paths[1])}; }
 };
 

@@ -5,44 +5,29 @@
 
 #include <QFile>
 
-#include "library/refresh.h"
 #include "playback/playback_state.h"
-#include "shell/settings_families.h"
 #include "tagedit/panel_writes.h"
-#include "tags/id3v1.h"
-#include "tags/id3v2_reader.h"
 #include "tags/id3v2_writer.h"
 #include "tags/mpeg_info.h"
-#include "tests/library/work_fixture.h"
+#include "tagedit_fixture.h"
 
 using namespace sonorit;
 using namespace sonorit::test;
 
 namespace {
 
-struct PanelFixture : WorkFixture {
-    TagState tags{app.Data_Folder()};
+struct PanelFixture : TagEditFixture {
     PlaybackState play;
-    TagEditContext edit{app, lib, ui, tags, &play, {}};
     TagPanels panels;
     QStringList focus;
     PanelContext p{edit, panels, {}, [this](PanelFocus f) { focus << QString::number(int(f)); }};
 
     PanelFixture()
     {
-        Get_Tag_Settings(app);
-        writeTaggedMp3(main + "Art/Alb/1.mp3", test::tags("Art", "Alb", "1", "Song 1"));
-        writeTaggedMp3(main + "Art/Alb/2.mp3", test::tags("Art", "Alb", "2", "Song 2"));
-        mnu_Library_Refresh(ctx);
-        ui.messages.clear();
+        edit.play = &play;
+        fill({{"Art/Alb/1.mp3", test::tags("Art", "Alb", "1", "Song 1")},
+              {"Art/Alb/2.mp3", test::tags("Art", "Alb", "2", "Song 2")}});
         lib.MP3_List.select(0);
-    }
-    TagState readBack(int row)
-    {
-        TagState s(app.Data_Folder());
-        Read_Tag2(s, pathOf(row), Tag2Mode::Panel);
-        Read_Tag1(s, pathOf(row), ui);
-        return s;
     }
     void addToPlaylist(const QString& path)
     {
@@ -66,12 +51,6 @@ QByteArray jpegBytes(int size)
     bytes += QByteArray(size - 6, 'j');
     bytes += QByteArray("\xFF\xD9", 2);
     return bytes;
-}
-
-bool writeBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile f(path);
-    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
 }
 
 }  // namespace
@@ -143,7 +122,7 @@ TEST(TagPanels, WriteTag2StoresThePanelAndTheLibraryFollows)
         EXPECT_EQ(Command_Write_Tag2(f.p), WriteOutcome::Written);
         EXPECT_TRUE(f.ui.messages.empty()) << f.messages().join('\n').toStdString();
 
-        const TagState s = f.readBack(0);
+        const TagState s = f.readBack(f.pathOf(0));
         EXPECT_EQ(s.Tag2_Fields.Title, c.title);
         EXPECT_EQ(s.Tag2_Fields.Track, c.storedTrack);
         EXPECT_EQ(s.Tag2_Fields.Comment, c.storedComment);
@@ -171,13 +150,13 @@ TEST(TagPanels, WriteKeepsTheLengthOfTheFileItWrites)
     Read_Tag2(f.tags, f.pathOf(1), Tag2Mode::Panel);
     Show_Mpeg_Info(f.tags, f.pathOf(1));
     EXPECT_EQ(Command_Write_Tag2(f.p), WriteOutcome::Written);
-    EXPECT_EQ(f.readBack(0).Tag2_Fields.Length, "1071");
+    EXPECT_EQ(f.readBack(f.pathOf(0)).Tag2_Fields.Length, "1071");
 
     // The selection moved without a load: the panels go to the selected
     // file, with that file's own length.
     f.lib.MP3_List.select(1);
     EXPECT_EQ(Command_Write_Tag2(f.p), WriteOutcome::Written);
-    const TagState s = f.readBack(1);
+    const TagState s = f.readBack(f.pathOf(1));
     EXPECT_EQ(s.Tag2_Fields.Title, "Song 1");
     EXPECT_EQ(s.Tag2_Fields.Length, "2063");
 }
@@ -192,7 +171,7 @@ TEST(TagPanels, WriteTag1StoresTheRecordAndOnlyDateAndSizeFollow)
     f.panels.Tag1_Combo_Genre = 17;
     EXPECT_EQ(Command_Write_Tag1(f.p), WriteOutcome::Written);
     EXPECT_EQ(f.focus, QStringList{QString::number(int(PanelFocus::Library_List))});
-    const TagState s = f.readBack(0);
+    const TagState s = f.readBack(f.pathOf(0));
     EXPECT_EQ(s.Tag1_Record.Artist.text(), QString("Somebody").leftJustified(30));
     EXPECT_EQ(s.Tag1_Record.Track, 9);
     EXPECT_EQ(s.Tag1_Record.Genre, 17);
@@ -302,7 +281,7 @@ TEST(TagPanels, PlaylistEntriesLoadAndWriteExceptWavAndWma)
 {
     PanelFixture f;
     const QString wav = f.env.path("Sound.WAV");
-    writeBytes(wav, "RIFF");
+    writeFile(wav, "RIFF");
     f.addToPlaylist(f.pathOf(1));
     f.addToPlaylist(wav);
     ASSERT_TRUE(Select_Playlist_Entry(f.p, 1));
@@ -331,8 +310,8 @@ TEST(TagPanels, CoverDialogAndChosenPictures)
     QDir().mkpath(pictures);
     const QString big = pictures + "/big.JPG";
     const QString fake = pictures + "/fake.jpg";
-    ASSERT_TRUE(writeBytes(big, jpegBytes(5 * 1024 * 1024)));
-    ASSERT_TRUE(writeBytes(fake, "<html>not a picture</html>"));
+    writeFile(big, jpegBytes(5 * 1024 * 1024));
+    writeFile(fake, "<html>not a picture</html>");
 
     // The dialog; a file of another kind is no choice.
     f.app.Art_Folder = pictures;

@@ -23,12 +23,6 @@ QByteArray frame24(const char* id, const QByteArray& data, quint8 format = 0)
     return QByteArray(id, 4) + synchsafe(quint32(data.size())) + '\0' + char(format) + data;
 }
 
-QByteArray frame22(const char* id, const QByteArray& data)
-{
-    const quint32 n = quint32(data.size());
-    return QByteArray(id, 3) + char(n >> 16) + char(n >> 8) + char(n) + data;
-}
-
 QByteArray unsynchronised(const QByteArray& data)
 {
     QByteArray out;

@@ -1,9 +1,7 @@
 // The main window under the offscreen platform: start-up with a library on
-// the command line, the shielding while it loads, the menus, the message
-// boxes and the Library menu's entries.
-#include "platform/gstreamer/gst_encoders.h"
+// the command line, the shielding while it loads, the view of the list, and
+// Open and Sort with their dialogs. What start-up logs the shell tests show.
 #include "tests/support/library_maker.h"
-#include "tests/support/startup_log.h"
 #include "window_fixture.h"
 
 using namespace sonorit;
@@ -41,14 +39,9 @@ TEST_F(BaseWindowTest, OpensTheLibraryOfTheCommandLine)
     EXPECT_EQ(column(model, ColFilename), (QStringList{"02 Money.mp3", "10 Dancing Queen.mp3", "01 Yellow Snow.mp3",
                                                        "02 Cosmik Debris.mp3", "1.mp3"}));
     EXPECT_EQ(column(model, ColAlbum).last(), "DC");
-    TrackRow money = makeTrack("ABBA", "Money", music + "/abba", "02 Money.mp3");
-    money[ColID] = "TRACK 4";
-    QStringList firstRow, captions;
-    for (int col = 0; col < model->columnCount(); ++col) {
-        firstRow << model->index(0, col).data().toString();
+    QStringList captions;
+    for (int col = 0; col < model->columnCount(); ++col)
         captions << model->headerData(col, Qt::Horizontal).toString();
-    }
-    EXPECT_EQ(firstRow, QStringList(money.begin(), money.end()));
     EXPECT_EQ(captions.join(','),
               "Artist,Album,Track,Title,Time,Year,Genre,VA,Folder,Filename,ID,Last Changed,Filelength");
     EXPECT_EQ(base.windowTitle(), "ZEV's MP3 Sonorit - My Lib");
@@ -60,8 +53,6 @@ TEST_F(BaseWindowTest, OpensTheLibraryOfTheCommandLine)
     EXPECT_TRUE(list()->isEnabled());
     EXPECT_EQ(list()->currentIndex().row(), 0);
 
-    EXPECT_EQ(sessionLog(state.Data_Folder()), startupLogLines(music, vkt, Wma_Encoder_Available()));
-
     // The timer applies the menu states that an open library gives.
     EXPECT_EQ(find<QTimer>("Main_Timer")->interval(), 200);
     waitForMenuUpdate();
@@ -70,7 +61,7 @@ TEST_F(BaseWindowTest, OpensTheLibraryOfTheCommandLine)
     EXPECT_TRUE(state.options.chkDestLibraryEnabled);
 }
 
-TEST_F(BaseWindowTest, LibraryMenuReportsFailureOpensSortsAndExits)
+TEST_F(BaseWindowTest, LibraryMenuReportsFailureOpensAndSorts)
 {
     ASSERT_EQ(start(QString()), StartupResult::Started);
     const QString broken = env.path("Broken.vkt");
@@ -112,21 +103,11 @@ TEST_F(BaseWindowTest, LibraryMenuReportsFailureOpensSortsAndExits)
     const QAbstractItemModel* model = list()->model();
     EXPECT_EQ(column(model, ColArtist), (QStringList{"A", "B"}));
 
-    // Sort numbers the tracks anew in list order, on disk and in the view.
+    // Sort renumbers the tracks; the view follows.
     waitForMenuUpdate();
     find<QAction>("mnu_Library_Sort")->trigger();
     EXPECT_EQ(column(model, ColID), (QStringList{"TRACK 1", "TRACK 2"}));
-    TrackRow a = makeTrack("A", "a", "/m/a", "1.mp3");
-    a[ColID] = "TRACK 1";
-    EXPECT_TRUE(readFile(files.trackfile).startsWith(trackRecord(1, recordText(a))));
     EXPECT_EQ(view(), kIdle);
-
-    // Exit leaves no temporary pictures or audio copies behind; the log stays.
-    const QString data = state.Data_Folder();
-    for (const char* name : {"Cover.jpg", "Play00.mp3", "Temp.wav"})
-        writeFile(data + name, "x");
-    find<QAction>("mnu_Library_Exit")->trigger();
-    EXPECT_EQ(QDir(data).entryList({"*.jpg", "*.mp3", "*.wav", "*.log"}, QDir::Files), QStringList{"Sonorit.log"});
 }
 
 }  // namespace

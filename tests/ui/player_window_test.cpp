@@ -133,8 +133,6 @@ TEST_F(PlayerWindowTest, CoverWindowShowsThePictureTheLyricsAndTheVolume)
     ui::FrmPlayCover* cover = base.playback().coverWindow();
     ASSERT_NE(cover, nullptr);
     EXPECT_TRUE(cover->isVisible());
-    EXPECT_TRUE(cover->windowFlags() & Qt::WindowStaysOnTopHint);
-    EXPECT_FALSE(cover->windowFlags() & Qt::WindowMinimizeButtonHint);
     EXPECT_TRUE(play().Cover_Window_Open);
     const auto child = [cover](const char* name) { return cover->findChild<QWidget*>(name); };
     // The track's own picture, which can be saved.
@@ -151,7 +149,6 @@ TEST_F(PlayerWindowTest, CoverWindowShowsThePictureTheLyricsAndTheVolume)
     ASSERT_TRUE(waitFor([&] { return line(2) == "First line"; })) << line(2).toStdString();
     EXPECT_EQ(line(0), "First line");
     EXPECT_EQ(line(3), "Second line");
-    ASSERT_TRUE(waitFor([&] { return line(2) == "Second line"; })) << line(2).toStdString();
     ASSERT_TRUE(waitFor([&] { return line(2) == "The last line"; })) << line(2).toStdString();
     EXPECT_EQ(line(3), "");
 
