@@ -37,7 +37,7 @@ struct RetagLibrary : AlbumLibrary {
     {
         Get_Tag_Settings(*app);  // the options a new user has
         tags = Fresh_Tag_State(*app);
-        edit = std::make_unique<TagEditContext>(TagEditContext{*app, lib, ui, tags});
+        edit = std::make_unique<TagEditContext>(TagEditContext{*app, lib, ui, tags, nullptr, {}});
     }
     QString pathOf(int row) const
     {
