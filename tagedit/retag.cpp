@@ -1,6 +1,7 @@
 #include "retag.h"
 
 #include <cstring>
+#include <functional>
 
 #include "library/naming_commands.h"
 #include "library/refresh.h"
@@ -124,6 +125,24 @@ void dirQuickTag(TagEditContext& c, const QString& folder, bool recursive, Retag
     }
 }
 
+// A long run behind the library's shield with the progress panel, its
+// records written in one batch.
+void shieldedRun(TagEditContext& c, const std::function<void()>& work)
+{
+    LibraryContext lc = c.library();
+    c.ui.lockMainWindow();
+    c.ui.showProgress();
+    c.ui.shieldLibrary();
+    Begin_Record_Batch(lc);
+    work();
+    End_Record_Batch(lc);
+    c.ui.setLabel17(QString());
+    c.ui.setLabel18(QString());
+    c.ui.hideProgress();
+    c.ui.unshieldLibrary();
+    c.ui.unlockMainWindow();
+}
+
 RetagRun retagFolder(TagEditContext& c, bool recursive)
 {
     RetagRun run;
@@ -131,17 +150,7 @@ RetagRun retagFolder(TagEditContext& c, bool recursive)
     if (folder.isEmpty())
         return run;
     LibraryContext lc = c.library();
-    c.ui.lockMainWindow();
-    c.ui.showProgress();
-    c.ui.shieldLibrary();
-    Begin_Record_Batch(lc);
-    DirQuickTag(c, folder, recursive, run);
-    End_Record_Batch(lc);
-    c.ui.setLabel17(QString());
-    c.ui.setLabel18(QString());
-    c.ui.hideProgress();
-    c.ui.unshieldLibrary();
-    c.ui.unlockMainWindow();
+    shieldedRun(c, [&] { DirQuickTag(c, folder, recursive, run); });
     Tell_Retag_Run(c.ui, run);
     // Tracks of the library that the folder holds show their new tags and
     // dates; the refresh brings in the rest of what changed on disk.
@@ -222,25 +231,16 @@ RetagRun mnu_Retag_All(TagEditContext& c)
     TrackList& list = c.lib.MP3_List;
     if (list.isEmpty())
         return run;
-    LibraryContext lc = c.library();
-    c.ui.lockMainWindow();
-    c.ui.showProgress();
-    c.ui.shieldLibrary();
-    c.ui.setProgressRange(0, list.count());
-    c.ui.setLabel17(QStringLiteral("Retagging all Files..."));
-    Begin_Record_Batch(lc);
-    for (int i = 0; i < list.count(); ++i) {
-        c.ui.setProgressValue(i + 1);
-        c.ui.setLabel18(QStringLiteral("Retagging Track ") + QString::number(i + 1));
-        c.ui.yield();
-        Retag_Row(c, i, run);
-    }
-    End_Record_Batch(lc);
-    c.ui.setLabel17(QString());
-    c.ui.setLabel18(QString());
-    c.ui.hideProgress();
-    c.ui.unshieldLibrary();
-    c.ui.unlockMainWindow();
+    shieldedRun(c, [&] {
+        c.ui.setProgressRange(0, list.count());
+        c.ui.setLabel17(QStringLiteral("Retagging all Files..."));
+        for (int i = 0; i < list.count(); ++i) {
+            c.ui.setProgressValue(i + 1);
+            c.ui.setLabel18(QStringLiteral("Retagging Track ") + QString::number(i + 1));
+            c.ui.yield();
+            Retag_Row(c, i, run);
+        }
+    });
     Tell_Retag_Run(c.ui, run);
     return run;
 }

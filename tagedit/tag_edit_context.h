@@ -21,7 +21,7 @@ struct TagEditContext {
     PlaybackState* play = nullptr;  // none in the command-line front end
     // Set while the filename tagger is open: a track selected in a list is
     // loaded there too (`row` is its MP3_List row, -1 from the playlist).
-    std::function<void(const QString& path, int row)> filenameTaggerFollow;
+    std::function<void(const QString& path, int row)> filenameTaggerFollow = {};
 
     LibraryContext library() { return LibraryContext{app, lib, ui}; }
 };

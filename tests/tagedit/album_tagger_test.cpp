@@ -276,8 +276,9 @@ TEST(AlbumTagger, CoverFromATrackOrABrowsedFileAndNoneFromAFileThatIsNoPicture)
         }
         EXPECT_EQ(f.window.ComboCover_Click(k.comboEntry), !k.expected.isEmpty());
         EXPECT_EQ(f.window.TagCover().isEmpty(), k.expected.isEmpty());
-        if (!k.expected.isEmpty())
+        if (!k.expected.isEmpty()) {
             EXPECT_EQ(readFile(f.window.TagCover()), k.expected);
+        }
         EXPECT_EQ(f.ui.titles().join(""), k.told);
         if (!k.browsed.isEmpty()) {
             EXPECT_EQ(f.ui.fileDialogs.at(0).filterDescription, "JPEG Image Files (*.jpg)");

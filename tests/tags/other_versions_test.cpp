@@ -99,7 +99,8 @@ TEST(OtherTagVersions, ReadWhenAskedAndWrittenAsV23)
         TagState back(env.path(""));
         Read_Tag2(back, out, Tag2Mode::Panel);
         EXPECT_EQ(fieldsOf(back), fieldsOf(on));
-        if (QString(expected) == full)
+        if (QString(expected) == full) {
             EXPECT_TRUE(frameIds(written).endsWith("TXXX APIC:3")) << frameIds(written).toStdString();
+        }
     }
 }
