@@ -32,10 +32,12 @@ bool Write_IDfile(LibraryContext& c)
     return !c.lib.failAt("idfile") && Write_File_Durably(c.app.IDfile, Encode_IDfile(c.lib.Free_IDs));
 }
 
-bool Write_ID_Count(LibraryContext& c)
+bool Write_ID_Count(LibraryContext& c, int albumCount)
 {
-    return WritePrivateProfileString(kGeneral, QStringLiteral("ID_COUNT"), QString::number(c.lib.ID_COUNT),
-                                     c.app.Library_File);
+    QList<QPair<QString, QString>> keys{{QStringLiteral("ID_COUNT"), QString::number(c.lib.ID_COUNT)}};
+    if (albumCount >= 0)
+        keys.append({QStringLiteral("ALBUM_COUNT"), QString::number(albumCount)});
+    return IniFile(c.app.Library_File).write(kGeneral, keys);
 }
 
 bool Write_Album_Count(LibraryContext& c)
@@ -44,7 +46,7 @@ bool Write_Album_Count(LibraryContext& c)
                                      QString::number(c.lib.MP3_List.count()), c.app.Library_File);
 }
 
-QString Get_ID(LibraryContext& c)
+QString Get_ID(LibraryContext& c, int albumCount)
 {
     std::vector<std::int32_t>& ids = c.lib.Free_IDs;
     // Slot counts live in 16 bits, and a library whose ID_COUNT lies beyond
@@ -56,7 +58,7 @@ QString Get_ID(LibraryContext& c)
     // cannot be written (a full disk) hands out none.
     if (ids.empty()) {
         ++c.lib.ID_COUNT;
-        if (!Write_ID_Count(c)) {
+        if (!Write_ID_Count(c, albumCount)) {
             --c.lib.ID_COUNT;
             return QString();
         }
@@ -70,7 +72,7 @@ QString Get_ID(LibraryContext& c)
     if (ids.back() == 0) {
         // An IDfile shorter than its count read as zeros: issue a new slot.
         ++c.lib.ID_COUNT;
-        if (!Write_ID_Count(c)) {
+        if (!Write_ID_Count(c, albumCount)) {
             --c.lib.ID_COUNT;
             return QString();
         }

@@ -13,12 +13,15 @@ namespace sonorit {
 
 QByteArray Encode_IDfile(const std::vector<std::int32_t>& ids);
 bool Write_IDfile(LibraryContext& c);
-bool Write_ID_Count(LibraryContext& c);
+// With `albumCount` >= 0, ALBUM_COUNT goes into the same rewrite of the
+// library file.
+bool Write_ID_Count(LibraryContext& c, int albumCount = -1);
 bool Write_Album_Count(LibraryContext& c);
 
 // "TRACK " followed by the ID handed out; "" when the library already holds
-// 32767 slots and none is free, so that ID_COUNT never leaves 16 bits.
-QString Get_ID(LibraryContext& c);
+// 32767 slots and none is free, so that ID_COUNT never leaves 16 bits. A new
+// slot writes ID_COUNT, and `albumCount` (when >= 0) as ALBUM_COUNT with it.
+QString Get_ID(LibraryContext& c, int albumCount = -1);
 // Frees a track's slot: the last slot is cut off the Trackfile and ID_COUNT
 // lowered, any other is blanked and its ID kept for reuse. False when the
 // Trackfile could not be changed.

@@ -90,12 +90,11 @@ void Renumber_List_And_Counts(LibraryContext& c)
     list.endBulk();
     c.lib.Free_IDs.clear();
     c.lib.ID_COUNT = list.count();
-    Write_ID_Count(c);
     // The rewrite leaves no free slot, so both counts are the item count. A
     // stale ALBUM_COUNT (from a repair that dropped tracks, or a hand-edited
     // file) would otherwise promise free IDs that the empty IDfile cannot
     // give, and every later open would repair again.
-    Write_Album_Count(c);
+    Write_ID_Count(c, list.count());
 }
 
 bool Sort_Library_File(LibraryContext& c)

@@ -100,7 +100,11 @@ bool Add_MP3(LibraryContext& c, const QString& path)
     TrackRow row;
     Track_Fields_From_File(c, path, row);
     const int slotsBefore = c.lib.ID_COUNT;
-    row[ColID] = Get_ID(c);
+    // A new slot writes the track count it will have along with ID_COUNT, so
+    // that an import rewrites the library file once. Killed before the record
+    // lands, the file promises one track too many, which the next opening
+    // repairs.
+    row[ColID] = Get_ID(c, c.lib.MP3_List.count() + 1);
     const int id = Track_ID_Of(row[ColID]);
     // A free slot is filled where it stands, the highest one too; only a new
     // slot is appended.
@@ -115,7 +119,8 @@ bool Add_MP3(LibraryContext& c, const QString& path)
     if (stored) {
         Add_Row_To_Search(c, row);
         c.lib.MP3_List.append(std::move(row));
-        Write_Album_Count(c);
+        if (!newSlot)
+            Write_Album_Count(c);
         return true;
     }
     if (id > 0) {
@@ -124,7 +129,7 @@ bool Add_MP3(LibraryContext& c, const QString& path)
             Write_IDfile(c);
         } else {
             --c.lib.ID_COUNT;
-            Write_ID_Count(c);
+            Write_ID_Count(c, c.lib.MP3_List.count());
         }
     }
     c.ui.message(Get_Path_File(path) + QStringLiteral(" failed on importing to the Library."),

@@ -121,10 +121,16 @@ bool DurableFile::commit()
     bool ok = failure_.isEmpty() && flushBuffer();
     const bool deferred = mayDefer_ && deferNow();
     if (ok) {
-        struct stat st {};
-        const QByteArray like = QFile::encodeName(permissionsOf_.isEmpty() ? target_ : permissionsOf_);
-        const mode_t mode = ::stat(like.constData(), &st) == 0 ? (st.st_mode & 07777) : defaultMode();
-        ::fchmod(fd_, mode);
+        if (keepModeAndTimes_) {
+            ::fchmod(fd_, keptMode_);
+            // Both times are given: a FUSE medium may take no "leave it".
+            ::futimens(fd_, keptTimes_);
+        } else {
+            struct stat st {};
+            const QByteArray like = QFile::encodeName(permissionsOf_.isEmpty() ? target_ : permissionsOf_);
+            const mode_t mode = ::stat(like.constData(), &st) == 0 ? (st.st_mode & 07777) : defaultMode();
+            ::fchmod(fd_, mode);
+        }
         ok = deferred || Sync_Written(fd_) || fail(errno);
     }
     const int fd = fd_;

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QIODevice>
 #include <QString>
+#include <sys/stat.h>
 
 namespace sonorit {
 
@@ -20,6 +21,15 @@ public:
     bool isSequential() const override { return true; }
     // Keeps the permission bits of the file it replaces (or of `like`).
     void keepPermissionsOf(const QString& like) { permissionsOf_ = like; }
+    // Gives the new file the permission bits and times of `source` (a copy
+    // keeps its source's), set before the file replaces its target.
+    void keepModeAndTimesOf(const struct stat& source)
+    {
+        keptMode_ = source.st_mode & 07777;
+        keptTimes_[0] = source.st_atim;
+        keptTimes_[1] = source.st_mtim;
+        keepModeAndTimes_ = true;
+    }
     // A file whose sync may wait for the end of a SyncBatch; false for one
     // whose source is deleted right after (a move across file systems).
     void setMayDeferSync(bool mayDefer) { mayDefer_ = mayDefer; }
@@ -44,6 +54,9 @@ private:
     QByteArray buffer_;
     int fd_ = -1;
     bool mayDefer_ = true;
+    bool keepModeAndTimes_ = false;
+    mode_t keptMode_ = 0;
+    timespec keptTimes_[2]{};
     QString failure_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <sys/stat.h>
 
 #include "durable_file.h"
 #include "ui_port.h"
@@ -31,11 +32,13 @@ namespace {
 bool copyFile(const QString& source, const QString& target, bool mayDeferSync)
 {
     QFile in(source);
-    if (!in.open(QIODevice::ReadOnly))
+    struct stat st {};
+    if (!in.open(QIODevice::ReadOnly) || ::fstat(in.handle(), &st) != 0)
         return false;
-    const QDateTime modified = QFileInfo(in).lastModified();
     DurableFile out(target);
-    out.keepPermissionsOf(source);
+    // The copy gets the source's time before it appears under its name, so
+    // that it is never seen newer than its source.
+    out.keepModeAndTimesOf(st);
     out.setMayDeferSync(mayDeferSync);
     if (!out.open())
         return false;
@@ -43,12 +46,7 @@ bool copyFile(const QString& source, const QString& target, bool mayDeferSync)
         out.cancelWriting();
         return false;
     }
-    if (!out.commit())
-        return false;
-    QFile done(target);
-    if (done.open(QIODevice::ReadWrite))
-        done.setFileTime(modified, QFileDevice::FileModificationTime);
-    return true;
+    return out.commit();
 }
 
 }  // namespace

@@ -118,35 +118,17 @@ const IniText* readText(const QString& path)
     return &f;
 }
 
-}  // namespace
-
-QString IniFile::read(const QString& section, const QString& key, const QString& defaultValue) const
+// Sets `key` in the first matching section of `lines`: the first matching
+// key is replaced in place, a missing key goes behind the last non-blank line
+// of its section, a missing section is appended. False when the key already
+// stood so.
+bool setKey(QStringList& lines, const QString& section, const QString& key, const QString& value)
 {
-    const IniText* text = readText(path_);
-    const int at = text ? text->first.value(indexKey(section, key), -1) : -1;
-    if (at < 0)
-        return defaultValue.left(limit_);
-    QString k, v;
-    keyOf(text->lines[at], &k, &v);
-    return v.left(limit_);
-}
-
-bool IniFile::write(const QString& section, const QString& key, const QString& value) const
-{
-    const IniText* text = readText(path_);
     const QString entry = key + QLatin1Char('=') + value;
-    if (text) {
-        const int at = text->first.value(indexKey(section, key), -1);
-        if (at >= 0 && text->lines[at] == entry)
-            return true;  // already stands so: no rewrite
-    }
-    QStringList lines = text ? text->lines : QStringList();
-
     int sectionStart = -1;  // line index of the first matching section header
     int insertAt = -1;      // behind the last non-blank line of that section
-    bool done = false;
     bool inSection = false;
-    for (int i = 0; i < lines.size() && !done; ++i) {
+    for (int i = 0; i < lines.size(); ++i) {
         const QString s = sectionOf(lines[i]);
         if (!s.isNull()) {
             if (inSection)
@@ -162,19 +144,60 @@ bool IniFile::write(const QString& section, const QString& key, const QString& v
             continue;
         QString k;
         if (keyOf(lines[i], &k, nullptr) && sameName(k, key)) {
+            if (lines[i] == entry)
+                return false;
             lines[i] = entry;
-            done = true;
-        } else if (!lines[i].trimmed().isEmpty()) {
+            return true;
+        }
+        if (!lines[i].trimmed().isEmpty())
             insertAt = i + 1;
-        }
     }
-    if (!done) {
-        if (sectionStart < 0) {
-            lines << QLatin1Char('[') + section + QLatin1Char(']') << entry;
-        } else {
-            lines.insert(insertAt, entry);
-        }
-    }
+    if (sectionStart < 0)
+        lines << QLatin1Char('[') + section + QLatin1Char(']') << entry;
+    else
+        lines.insert(insertAt, entry);
+    return true;
+}
+
+// Caches the text this program just wrote to `path`, stamped with the file's
+// identity as it now stands on disk.
+void remember(const QString& path, const QByteArray& bytes, QStringList lines)
+{
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0 || !S_ISREG(st.st_mode) || st.st_size != bytes.size())
+        return;
+    IniText& f = cache()[path];
+    f = IniText{st.st_dev, st.st_ino, st.st_size, st.st_mtim, std::move(lines), {}};
+    indexLines(f);
+}
+
+}  // namespace
+
+QString IniFile::read(const QString& section, const QString& key, const QString& defaultValue) const
+{
+    const IniText* text = readText(path_);
+    const int at = text ? text->first.value(indexKey(section, key), -1) : -1;
+    if (at < 0)
+        return defaultValue.left(limit_);
+    QString k, v;
+    keyOf(text->lines[at], &k, &v);
+    return v.left(limit_);
+}
+
+bool IniFile::write(const QString& section, const QString& key, const QString& value) const
+{
+    return write(section, {{key, value}});
+}
+
+bool IniFile::write(const QString& section, const QList<QPair<QString, QString>>& entries) const
+{
+    const IniText* text = readText(path_);
+    QStringList lines = text ? text->lines : QStringList();
+    bool changed = !text;
+    for (const auto& [key, value] : entries)
+        changed = setKey(lines, section, key, value) || changed;
+    if (!changed)
+        return true;  // every key already stands so: no rewrite
 
     QByteArray bytes;
     for (const QString& l : lines) {
@@ -182,7 +205,12 @@ bool IniFile::write(const QString& section, const QString& key, const QString& v
         bytes += '\n';
     }
     cache().erase(path_);
-    return Write_File_Durably(path_, bytes);
+    if (!Write_File_Durably(path_, bytes))
+        return false;
+    // What was just written is what the next read would find: keep it, so
+    // that a command writing key after key does not read the file back.
+    remember(path_, bytes, std::move(lines));
+    return true;
 }
 
 QString GetPrivateProfileString(const QString& section, const QString& key, const QString& defaultValue,

@@ -5,6 +5,8 @@
 // nothing is unquoted. A write replaces the first matching key in place or
 // appends it to its section; a missing section is appended, a missing file
 // created. The file is replaced only once its successor is complete.
+#include <QList>
+#include <QPair>
 #include <QString>
 
 namespace sonorit {
@@ -16,6 +18,8 @@ public:
     const QString& path() const { return path_; }
     QString read(const QString& section, const QString& key, const QString& defaultValue) const;
     bool write(const QString& section, const QString& key, const QString& value) const;
+    // Several keys of one section in a single rewrite of the file.
+    bool write(const QString& section, const QList<QPair<QString, QString>>& entries) const;
 
 private:
     QString path_;
